@@ -1,0 +1,52 @@
+#include "core/Calendar.h"
+
+#include <cmath>
+
+namespace qv {
+namespace {
+
+// The first Julian date that takes the Gregorian century correction on the way in, and the first Gregorian day on the
+// way back.
+constexpr double kGregorianCorrectionFrom = 2299150.0;
+constexpr double kGregorianDayFrom = 2299161.0;
+
+double ZoneOf(double longitude) {
+  return std::copysign(std::floor(std::abs(longitude) / 15.0 + 0.5), longitude);
+}
+
+}  // namespace
+
+double JulianDateFromCalendar(int year, int month, int day, double hours, double longitude) {
+  const double m = month < 3 ? month + 12.0 : month;
+  const double y = month < 3 ? year - 1.0 : year;
+  const double julianDate = std::floor((m - 2) * 30.59) + std::floor(y * 365.25) + day +
+                            hours / 24.0 - ZoneOf(longitude) / 24.0 + 1721086.5;
+  if (julianDate <= kGregorianCorrectionFrom) return julianDate;
+  return julianDate + std::floor(y / 400) - std::floor(y / 100) + 2;
+}
+
+CalendarDate CalendarFromJulianDate(double julianDate, double longitude) {
+  double fraction = julianDate + ZoneOf(longitude) / 24.0 + 0.5;
+  const double whole = std::floor(fraction);
+  fraction -= whole;
+
+  double a = whole;
+  if (whole >= kGregorianDayFrom) {
+    const double b = std::floor((whole - 1867216.25) / 36524.25);
+    a = whole + 1 + b - std::floor(b * 0.25);
+  }
+  a += 1524;
+  const double c = std::floor((a - 122.1) / 365.25);
+  a -= std::floor(c * 365.25);
+  const double d = std::floor(a / 30.6001);
+
+  CalendarDate date;
+  // 30.60001, one zero more than above: the day of the month rests on it.
+  date.day = static_cast<int>(std::floor(a - std::floor(d * 30.60001) + fraction));
+  date.hours = fraction * 24;
+  date.month = static_cast<int>(d < 14 ? d - 1 : d - 13);
+  date.year = static_cast<int>(date.month > 2 ? c - 4716 : c - 4715);
+  return date;
+}
+
+}  // namespace qv

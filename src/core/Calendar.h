@@ -1,0 +1,20 @@
+#pragma once
+
+namespace qv {
+
+struct CalendarDate {
+  int year = 0;
+  int month = 0;     // 1 to 12
+  int day = 0;       // 1 to 31
+  double hours = 0;  // of the day, local to the zone of the longitude; 0 to 24
+};
+
+// The Julian date of a local calendar date (J. Meeus, Astronomical Algorithms, chapter 7, with the month lengths in
+// the form 30.59). The time zone is the nearest whole hour of the longitude in degrees, 15 degrees to the hour.
+// Dates from 1582-10-15 on are Gregorian.
+double JulianDateFromCalendar(int year, int month, int day, double hours, double longitude);
+
+// The inverse.
+CalendarDate CalendarFromJulianDate(double julianDate, double longitude);
+
+}  // namespace qv

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace qv::platform {
+
+// A block of memory that two processes see, mapped whole, read and write. Named blocks are found by name;
+// unnamed ones are handed to the other process through a MessagePort. Move-only; unmaps and closes when destroyed.
+class SharedMemory {
+ public:
+  SharedMemory();
+  ~SharedMemory();
+  SharedMemory(SharedMemory&&) noexcept;
+  SharedMemory& operator=(SharedMemory&&) noexcept;
+
+  // Makes a zeroed block; the name disappears with its creator's object. Empty if the name is taken or the
+  // system refuses.
+  static SharedMemory Create(const std::string& name, std::size_t size);
+  static SharedMemory Open(const std::string& name);
+  static SharedMemory CreateUnnamed(std::size_t size);
+  // Takes over a handle (Windows: HANDLE of a mapping; Linux: file descriptor) and maps it. Empty, with the handle
+  // closed, if it is none or cannot be mapped.
+  static SharedMemory Adopt(std::intptr_t native);
+
+  explicit operator bool() const { return impl_ != nullptr; }
+
+  // The bytes that are really there, as the system tells, in whole pages: what a peer says of a size is never
+  // believed. Empty for an empty block.
+  std::span<std::byte> bytes() const;
+
+  // The handle, still owned by this object; -1 for an empty block. For the message port only.
+  std::intptr_t native() const;
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace qv::platform

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+
+#include "core/Vec.h"
+#include "sky/CubeFaces.h"
+
+namespace qv::sky {
+
+// The directional light that the sky gives the shading: the way in which the light travels (model axes, unit length) and
+// its linear colour, not limited to 1.
+struct SunRecord {
+  Vec3 direction{0, 0, -1};
+  Vec3 color{0, 0, 0};
+};
+
+// Place and moment of the sky.
+struct SkyMoment {
+  float sunRotation = 0;  // radians between model north (+y) and the sky's north
+  float latitude = 0;     // degrees
+  float longitude = 0;    // degrees
+  double julianDate = 2453980.0;  // Universal Time
+  float timeZone = 0;     // hours
+};
+
+// What the model sees around itself: the cube of six faces and the sun. Setters and getters from any thread; Update, faces
+// and sun belong to the render thread.
+class Background {
+ public:
+  Background();
+
+  void SetMoment(const SkyMoment& moment);  // marks the sky as dirty
+  SkyMoment Moment() const;
+  // Marks sky and clouds as dirty.
+  void SetType(std::int32_t backgroundType, std::int32_t cubeMapIndex);
+  std::int32_t Type() const;
+  std::int32_t CubeMapIndex() const;
+
+  // Makes faces and sun anew if something was marked; true if it did.
+  bool Update();
+
+  const CubeFaces& faces() const { return faces_; }
+  const SunRecord& sun() const { return sun_; }
+
+ private:
+  mutable std::mutex mutex_;
+  SkyMoment moment_;
+  std::int32_t type_ = 2;
+  std::int32_t cubeMapIndex_ = -1;
+  std::atomic<bool> skyDirty_{false};
+  std::atomic<bool> cloudsDirty_{true};
+  CubeFaces faces_;
+  SunRecord sun_;
+};
+
+}  // namespace qv::sky
