@@ -28,6 +28,9 @@ class CubeFaces {
   // y the y axis rules, on a tie with z the z axis. The zero vector and NaN give some pixel of the cube.
   static Texel TexelOf(const Vec3& direction);
 
+  // A direction, not of unit length, through the middle of what TexelOf maps to the pixel.
+  static Vec3 DirectionOf(const Texel& texel);
+
   // Red, green, blue in 0 to 1.
   Vec3 Sample(const Vec3& direction) const;
 };

@@ -1,0 +1,97 @@
+#include "sky/Background.h"
+
+#include <cmath>
+
+#include "core/Calendar.h"
+#include "sky/GradientCube.h"
+#include "sky/LocalTime.h"
+#include "sky/Location.h"
+#include "sky/SunColor.h"
+#include "sky/SunPosition.h"
+
+namespace qv::sky {
+namespace {
+
+Location LocationOf(const SkyMoment& moment) {
+  Location location;
+  location.SetLatitude(moment.latitude);
+  location.SetLongitude(moment.longitude);
+  return location;
+}
+
+// The Julian date was made with the zone that the longitude lies in, so the same zone gives back
+// what the user's clock showed; the user's own time zone then says which moment that was.
+LocalTime LocalTimeOf(const SkyMoment& moment) {
+  const CalendarDate date = CalendarFromJulianDate(moment.julianDate, moment.longitude);
+  const double hour = std::floor(date.hours);
+  const double minutes = (date.hours - hour) * 60;
+  const double minute = std::floor(minutes);
+
+  LocalTime time;
+  time.SetYear(date.year);
+  time.SetMonth(date.month);
+  time.SetDay(date.day);
+  time.SetHour(static_cast<int>(hour));
+  time.SetMinute(static_cast<int>(minute));
+  time.SetSeconds(std::floor((minutes - minute) * 60));
+  time.SetDaylightSaving(false);
+  time.SetTimeZone(moment.timeZone);
+  return time;
+}
+
+SunRecord SunOf(const SkyMoment& moment) {
+  const Eigen::Vector3d position = SunPosition(LocalTimeOf(moment), LocationOf(moment));
+  const float rotation = std::isfinite(moment.sunRotation) ? moment.sunRotation : 0;
+  return {LightDirection(position, rotation), SunColor(position.y())};
+}
+
+}  // namespace
+
+Background::Background() = default;
+
+void Background::SetMoment(const SkyMoment& moment) {
+  {
+    const std::lock_guard lock(mutex_);
+    moment_ = moment;
+  }
+  skyDirty_ = true;
+}
+
+SkyMoment Background::Moment() const {
+  const std::lock_guard lock(mutex_);
+  return moment_;
+}
+
+void Background::SetType(std::int32_t backgroundType, std::int32_t cubeMapIndex) {
+  {
+    const std::lock_guard lock(mutex_);
+    type_ = backgroundType;
+    cubeMapIndex_ = cubeMapIndex;
+  }
+  skyDirty_ = true;
+  cloudsDirty_ = true;
+}
+
+std::int32_t Background::Type() const {
+  const std::lock_guard lock(mutex_);
+  return type_;
+}
+
+std::int32_t Background::CubeMapIndex() const {
+  const std::lock_guard lock(mutex_);
+  return cubeMapIndex_;
+}
+
+bool Background::Update() {
+  // The flags go down before the values are read: what is set from now on counts for the next
+  // update.
+  const bool skyDirty = skyDirty_.exchange(false);
+  const bool cloudsDirty = cloudsDirty_.exchange(false);
+  if (!skyDirty && !cloudsDirty) return false;
+
+  if (faces_.pixels[0].empty()) FillGradientCube(faces_);
+  sun_ = SunOf(Moment());
+  return true;
+}
+
+}  // namespace qv::sky

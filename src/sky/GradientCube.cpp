@@ -1,0 +1,89 @@
+#include "sky/GradientCube.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace qv::sky {
+namespace {
+
+// Red, green, blue as shown.
+const Vec3 kZenith(0.208f, 0.404f, 0.737f);
+const Vec3 kHorizon(0.867f, 0.918f, 0.957f);
+const Vec3 kFarGround(0.690f, 0.694f, 0.667f);
+const Vec3 kNearGround(0.396f, 0.392f, 0.369f);
+
+// Sine of the elevations between which the haze hides where the ground ends.
+constexpr float kGroundEnd = -0.040f;
+constexpr float kSkyStart = 0.006f;
+
+constexpr int kTableSize = 4096;
+
+float SmoothStep(float from, float to, float v) {
+  const float t = std::clamp((v - from) / (to - from), 0.0f, 1.0f);
+  return t * t * (3 - 2 * t);
+}
+
+Vec3 Mix(const Vec3& a, const Vec3& b, float t) {
+  return a + (b - a) * t;
+}
+
+// Half a step of 8 bits at most, different from pixel to pixel without a pattern that the eye finds
+// (J. Jimenez, "Next Generation Post Processing in Call of Duty", 2014): what would be visible
+// bands becomes fine grain.
+float Dither(int column, int row) {
+  const float v = 0.06711056f * column + 0.00583715f * row;
+  const float w = 52.9829189f * (v - std::floor(v));
+  return w - std::floor(w);
+}
+
+using Table = std::array<Vec3, kTableSize + 1>;
+
+// Bytes, not yet rounded, over the sine of the elevation from -1 to 1.
+Table MakeTable() {
+  Table table;
+  for (int i = 0; i <= kTableSize; ++i) {
+    table[i] = GradientColor(2.0f * i / kTableSize - 1) * 255.0f;
+  }
+  return table;
+}
+
+void FillFace(const Table& table, int face, std::vector<std::uint8_t>& pixels) {
+  constexpr int kSize = CubeFaces::kFaceSize;
+  pixels.resize(std::size_t{kSize} * kSize * 4);
+  std::uint8_t* out = pixels.data();
+  for (int row = 0; row < kSize; ++row) {
+    for (int column = 0; column < kSize; ++column, out += 4) {
+      const Vec3 direction = CubeFaces::DirectionOf({face, column, row});
+      const float sine = direction.z() / direction.norm();
+      const float position = (sine + 1) * (kTableSize / 2);
+      const int index = std::clamp(static_cast<int>(position), 0, kTableSize - 1);
+      const Vec3 color = Mix(table[index], table[index + 1], position - index);
+      const float dither = Dither(column, row);
+      out[0] = static_cast<std::uint8_t>(color.z() + dither);
+      out[1] = static_cast<std::uint8_t>(color.y() + dither);
+      out[2] = static_cast<std::uint8_t>(color.x() + dither);
+      out[3] = 255;
+    }
+  }
+}
+
+}  // namespace
+
+Vec3 GradientColor(float sineOfElevation) {
+  const float up = std::clamp(sineOfElevation, 0.0f, 1.0f);
+  const float down = std::clamp(-sineOfElevation, 0.0f, 1.0f);
+  // The path through the air shortens quickly above the horizon, and with it the white of the haze.
+  const Vec3 sky = Mix(kZenith, kHorizon, std::exp(-3.2f * up));
+  const Vec3 ground = Mix(kNearGround, kFarGround, std::exp(-4.0f * down));
+  return Mix(ground, sky, SmoothStep(kGroundEnd, kSkyStart, sineOfElevation));
+}
+
+void FillGradientCube(CubeFaces& faces) {
+  const Table table = MakeTable();
+  for (int face = 0; face < static_cast<int>(faces.pixels.size()); ++face) {
+    FillFace(table, face, faces.pixels[static_cast<std::size_t>(face)]);
+  }
+}
+
+}  // namespace qv::sky
