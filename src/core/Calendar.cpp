@@ -10,6 +10,9 @@ namespace {
 constexpr double kGregorianCorrectionFrom = 2299150.0;
 constexpr double kGregorianDayFrom = 2299161.0;
 
+// Beyond this number of days on either side the year does not fit an int with certainty.
+constexpr double kLargestJulianDate = 1e11;
+
 double ZoneOf(double longitude) {
   return std::copysign(std::floor(std::abs(longitude) / 15.0 + 0.5), longitude);
 }
@@ -27,6 +30,7 @@ double JulianDateFromCalendar(int year, int month, int day, double hours, double
 
 CalendarDate CalendarFromJulianDate(double julianDate, double longitude) {
   double fraction = julianDate + ZoneOf(longitude) / 24.0 + 0.5;
+  if (!(std::abs(fraction) < kLargestJulianDate)) return {};
   const double whole = std::floor(fraction);
   fraction -= whole;
 

@@ -14,7 +14,7 @@ struct CalendarDate {
 // Dates from 1582-10-15 on are Gregorian.
 double JulianDateFromCalendar(int year, int month, int day, double hours, double longitude);
 
-// The inverse.
+// The inverse. A value that is not finite, or of more than a hundred thousand million days, gives a date of all zeros.
 CalendarDate CalendarFromJulianDate(double julianDate, double longitude);
 
 }  // namespace qv
