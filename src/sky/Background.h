@@ -9,8 +9,8 @@
 
 namespace qv::sky {
 
-// The directional light that the sky gives the shading: the way in which the light travels (model axes, unit length) and
-// its linear colour, not limited to 1.
+// The directional light that the sky gives the shading: the way in which the light travels (model
+// axes, unit length) and its colour, each channel 0 to 1.
 struct SunRecord {
   Vec3 direction{0, 0, -1};
   Vec3 color{0, 0, 0};
@@ -21,12 +21,13 @@ struct SkyMoment {
   float sunRotation = 0;  // radians between model north (+y) and the sky's north
   float latitude = 0;     // degrees
   float longitude = 0;    // degrees
-  double julianDate = 2453980.0;  // Universal Time
-  float timeZone = 0;     // hours
+  // Made from the user's clock with the zone that the longitude lies in (core/Calendar.h).
+  double julianDate = 2453980.0;
+  float timeZone = 0;  // of the user's clock, hours east of Greenwich
 };
 
-// What the model sees around itself: the cube of six faces and the sun. Setters and getters from any thread; Update, faces
-// and sun belong to the render thread.
+// What the model sees around itself: the cube of six faces and the sun. Setters and getters from
+// any thread; Update, faces and sun belong to the render thread.
 class Background {
  public:
   Background();

@@ -10,8 +10,9 @@
 
 namespace qv::sky {
 
-// The six pictures around the scene, each kFaceSize by kFaceSize pixels of blue, green, red, alpha bytes, top row first,
-// rows without gaps. An empty face shows black. Order and the model direction (z up) at each centre: +y, -x, -y, +x, +z, -z.
+// The six pictures around the scene, each kFaceSize by kFaceSize pixels of blue, green, red, alpha
+// bytes, top row first, rows without gaps. An empty face shows black. Order and the model direction
+// (z up) at each centre: +y, -x, -y, +x, +z, -z.
 class CubeFaces {
  public:
   static constexpr int kFaceSize = 1024;
@@ -24,8 +25,9 @@ class CubeFaces {
     int row;  // from the top
   };
 
-  // The pixel that a direction of any length falls on: the nearest one below, without filtering. On a tie between x and
-  // y the y axis rules, on a tie with z the z axis. The zero vector and NaN give some pixel of the cube.
+  // The pixel that a direction of any length falls on: the nearest one below, without filtering. On
+  // a tie between x and y the y axis rules, on a tie with z the z axis. The zero vector and NaN
+  // give some pixel of the cube.
   static Texel TexelOf(const Vec3& direction);
 
   // A direction, not of unit length, through the middle of what TexelOf maps to the pixel.

@@ -28,13 +28,18 @@ Vec3 Mix(const Vec3& a, const Vec3& b, float t) {
   return a + (b - a) * t;
 }
 
+// Of a number that is not negative.
+float Fraction(float v) {
+  return v - static_cast<float>(static_cast<int>(v));
+}
+
 // Half a step of 8 bits at most, different from pixel to pixel without a pattern that the eye finds
 // (J. Jimenez, "Next Generation Post Processing in Call of Duty", 2014): what would be visible
 // bands becomes fine grain.
 float Dither(int column, int row) {
   const float v = 0.06711056f * column + 0.00583715f * row;
-  const float w = 52.9829189f * (v - std::floor(v));
-  return w - std::floor(w);
+  const float w = 52.9829189f * Fraction(v);
+  return Fraction(w);
 }
 
 using Table = std::array<Vec3, kTableSize + 1>;
@@ -81,9 +86,11 @@ Vec3 GradientColor(float sineOfElevation) {
 
 void FillGradientCube(CubeFaces& faces) {
   const Table table = MakeTable();
-  for (int face = 0; face < static_cast<int>(faces.pixels.size()); ++face) {
-    FillFace(table, face, faces.pixels[static_cast<std::size_t>(face)]);
-  }
+  FillFace(table, 0, faces.pixels[0]);
+  FillFace(table, 4, faces.pixels[4]);
+  FillFace(table, 5, faces.pixels[5]);
+  // The sky is the same all around, and with it the four upright faces.
+  for (std::size_t face : {1, 2, 3}) faces.pixels[face] = faces.pixels[0];
 }
 
 }  // namespace qv::sky

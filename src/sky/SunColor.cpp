@@ -20,7 +20,7 @@ constexpr double kOpticalDepth[3] = {0.198, 0.232, 0.327};
 // How strongly the eye, which adapts to the light that there is, lifts what the air lets through,
 // and what it takes for full sunlight. The rest to 1 is for the skylight that a sunlit surface gets
 // besides.
-constexpr double kResponse = 4.0;
+constexpr double kResponse = 6.0;
 constexpr double kFullSun = 0.85;
 
 // Relative optical air mass (F. Kasten and A. T. Young, "Revised optical air mass tables and
