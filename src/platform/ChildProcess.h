@@ -23,8 +23,8 @@ class ChildProcess {
   explicit operator bool() const { return impl_ != nullptr; }
   std::uint32_t id() const;
   bool Running();
-  // The exit code once the process has ended (128 + signal number where a signal ended it on Linux); nothing when
-  // the time is over first.
+  // The exit code once the process has ended (128 + signal number where a signal ended it on
+  // Linux); nothing when the time is over first.
   std::optional<int> Wait(std::optional<std::chrono::milliseconds> timeout = std::nullopt);
   void Kill();
 
