@@ -10,16 +10,40 @@ endfunction()
 
 # quorvane_test(NAME SOURCES ... USES target ... [LABELS label ...] [TIMEOUT seconds])
 #
-# One GoogleTest program, run by ctest as one test a case.
+# One GoogleTest program, run by ctest as one test a case. Labels that mean something here:
+#   threads  is run with the thread sanitizer too; the target quorvane_thread_tests builds all of these
+#   display  opens windows: needs DISPLAY with a window manager, and has the keyboard for itself
 function(quorvane_test name)
   cmake_parse_arguments(TEST "" "TIMEOUT" "SOURCES;USES;LABELS" ${ARGN})
   if(NOT TEST_TIMEOUT)
     set(TEST_TIMEOUT 120)
   endif()
+  if(QUORVANE_SANITIZE)
+    math(EXPR TEST_TIMEOUT "${TEST_TIMEOUT} * 3")
+  endif()
+  set(locks "")
+  if("display" IN_LIST TEST_LABELS)
+    set(locks RESOURCE_LOCK display)
+  endif()
+
   add_executable(${name} ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE quorvane_options ${TEST_USES} GTest::gmock_main GTest::gtest)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
+  if(NOT TARGET quorvane_thread_tests)
+    add_custom_target(quorvane_thread_tests)
+  endif()
+  if("threads" IN_LIST TEST_LABELS)
+    add_dependencies(quorvane_thread_tests ${name})
+  endif()
+
   include(GoogleTest)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}")
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 TEST_LIST ${name}_cases
+    PROPERTIES TIMEOUT ${TEST_TIMEOUT} ${locks})
+  if(TEST_LABELS)
+    # gtest_discover_tests does not bring a list through, so the labels are set where ctest reads the cases.
+    set(labels_file ${CMAKE_CURRENT_BINARY_DIR}/${name}_labels.cmake)
+    file(CONFIGURE OUTPUT ${labels_file} @ONLY CONTENT
+      "if(@name@_cases)\n  set_tests_properties(\${@name@_cases} PROPERTIES LABELS \"@TEST_LABELS@\")\nendif()\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${labels_file})
+  endif()
 endfunction()
