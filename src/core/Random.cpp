@@ -3,8 +3,8 @@
 namespace qv {
 namespace {
 
-// The parameter set of SFMT19937 (table of the paper): pick-up position, shifts in bits of 32-bit words and in bytes of
-// 128-bit blocks, and the masks.
+// The parameter set of SFMT19937 (table of the paper): pick-up position, shifts in bits of 32-bit
+// words and in bytes of 128-bit blocks, and the masks.
 constexpr int kPickUp = 122;
 constexpr int kWordShiftLeft = 18;
 constexpr int kBlockShiftLeft = 1;
@@ -57,7 +57,9 @@ void Random::CertifyPeriod() {
 }
 
 void Random::Refill() {
-  const auto block = [this](int i) { return &state_[i * 4]; };
+  const auto block = [this](int i) {
+    return &state_[std::size_t{4} * static_cast<std::size_t>(i)];
+  };
   for (int i = 0; i < kBlocks; ++i) {
     const Block a = Load(block(i));
     const Block x = ShiftBytesLeft(a, kBlockShiftLeft);

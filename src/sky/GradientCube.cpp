@@ -61,7 +61,7 @@ void FillFace(const Table& table, int face, std::vector<std::uint8_t>& pixels) {
     for (int column = 0; column < kSize; ++column, out += 4) {
       const Vec3 direction = CubeFaces::DirectionOf({face, column, row});
       const float sine = direction.z() / direction.norm();
-      const float position = (sine + 1) * (kTableSize / 2);
+      const float position = (sine + 1) * (0.5f * kTableSize);
       const int index = std::clamp(static_cast<int>(position), 0, kTableSize - 1);
       const Vec3 color = Mix(table[index], table[index + 1], position - index);
       const float dither = Dither(column, row);
