@@ -31,8 +31,9 @@ struct ScreenView {
 };
 
 struct RenderStatistics {
-  double basePassSeconds = 0;       // last pass over the base picture
-  double antialiasPassSeconds = 0;  // last antialiasing pass; 0 while there is none for the current job
+  double basePassSeconds = 0;  // last pass over the base picture
+  double antialiasPassSeconds =
+      0;  // last antialiasing pass; 0 while there is none for the current job
   std::int32_t triangleCount = 0;
   std::int32_t materialCount = 0;
 };
@@ -57,13 +58,14 @@ struct ViewBounds {
 
 // The renderer: the scene, the picture, and the engine that traces jobs on threads of its own.
 //
-// A caller that wants anything seen calls StartRender, which stores the camera and returns; the newest camera wins.
-// Finished pictures are reported by passDone on the render thread. Unless a call says otherwise it belongs to the
-// thread that made the object (in the viewer the GUI thread). Scene operations are for the link's listener thread,
-// while no job runs.
+// A caller that wants anything seen calls StartRender, which stores the camera and returns; the
+// newest camera wins. Finished pictures are reported by passDone on the render thread. Unless a
+// call says otherwise it belongs to the thread that made the object (in the viewer the GUI thread).
+// Scene operations are for the link's listener thread, while no job runs.
 class RaytraceImpl {
  public:
-  // All called from the engine's threads, never while `offline` is set. May be called from several threads at once.
+  // All called from the engine's threads, never while `offline` is set. May be called from several
+  // threads at once.
   struct Callbacks {
     std::function<void()> passDone;
     std::function<void(float)> progress;  // 0 to 1
@@ -83,14 +85,15 @@ class RaytraceImpl {
 
   // Called once, before the first job.
   void SetCallbacks(Callbacks callbacks);
-  // What StopRender calls again and again while it waits on the GUI thread, to keep the windows alive.
+  // What StopRender calls again and again while it waits on the GUI thread, to keep the windows
+  // alive.
   void SetYield(std::function<void()> yield);
 
   // Scene reception: the operations of the host's link.
   std::int32_t AddMaterial(const MaterialParameters& parameters);
   void AddPointLight(const Vec3& color, const Vec3& position);
-  void AddSpotLight(const Vec3& color, const Vec3& position, const Vec3& direction, float innerAngle,
-                    float outerAngle);
+  void AddSpotLight(const Vec3& color, const Vec3& position, const Vec3& direction,
+                    float innerAngle, float outerAngle);
   void AddDirectionalLight(const Vec3& color, const Vec3& direction);
   void AddLEMLight(const Vec3& emission, std::span<const float> vertices);
   void BeginStaticMesh();
@@ -101,8 +104,8 @@ class RaytraceImpl {
   // Makes the Embree scene of what has arrived. `windowHandle` is for the sky's device.
   void BuildScene(void* windowHandle);
 
-  // Place and moment of the sky; the Julian date is UT, `sunRotation` in radians, the rest in degrees and hours.
-  // Any thread.
+  // Place and moment of the sky; the Julian date is UT, `sunRotation` in radians, the rest in
+  // degrees and hours. Any thread.
   void SetLocationAndTime(float sunRotation, float latitude, float longitude, double julianDate,
                           float timeZone);
   void SetJulianDate(double julianDate);
@@ -112,21 +115,23 @@ class RaytraceImpl {
   std::int32_t BackgroundType() const;
   std::int32_t CubeMapIndex() const;
 
-  // Reallocates the pictures; the job must have been stopped. `antialiasIndex` 0, 1, 2 gives 2, 4, 8 samples on each
-  // axis, -1 keeps the factor, anything else gives 2.
-  void ResizeTargets(int width, int height, int antialiasIndex);
+  // Reallocates the pictures; the job must have been stopped. `antialiasIndex` 0, 1, 2 gives 2, 4,
+  // 8 samples on each axis, -1 keeps the factor, anything else gives 2. False if the memory is
+  // refused; nothing is rendered then.
+  bool ResizeTargets(int width, int height, int antialiasIndex);
 
-  // Queues a job; never waits for rendering, but may wait for a running scene commit or sky update. Any thread.
+  // Queues a job; never waits for rendering, but may wait for a running scene commit or sky update.
+  // Any thread.
   void StartRender(const Vec3& position, const Vec3& forward, const Vec3& up, float fieldOfView,
                    const Vec3& target, RenderMode mode, bool showProgress);
   void StartRenderSameCamera(RenderMode mode);
-  // Ends the job and waits until its thread has ended, calling the yield function meanwhile. A second call inside
-  // that wait returns at once.
+  // Ends the job and waits until its thread has ended, calling the yield function meanwhile. A
+  // second call inside that wait returns at once.
   void StopRender();
   // Waits until no job runs, or the time is over; true if none runs. Any thread but the engine's.
   bool WaitUntilDone(std::optional<double> seconds);
 
-  RenderState State() const;          // any thread
+  RenderState State() const;           // any thread
   RenderCamera PendingCamera() const;  // the newest camera given; any thread
   RenderCamera ActiveCamera() const;   // the camera of the running or last job; any thread
 
@@ -134,8 +139,8 @@ class RaytraceImpl {
   void SetOffline(bool offline);
   bool Offline() const;
 
-  // Writes the picture anew from the traced colours, while idle; `useAntialiasData` takes the supersampled ones where
-  // they are valid.
+  // Writes the picture anew from the traced colours, while idle; `useAntialiasData` takes the
+  // supersampled ones where they are valid.
   void ComposeImage(bool useAntialiasData);
   void SetImageSettings(const ImageSettings& settings);
   ImageSettings GetImageSettings() const;
@@ -151,11 +156,12 @@ class RaytraceImpl {
   RenderStatistics Statistics() const;  // any thread
   ViewBounds Bounds() const;
 
-  // The primary ray through pixel (x, y) of the base picture, row 0 at the bottom. On a hit gives it; on a miss gives
-  // the point one unit along the ray in `position` and false. Waits while the scene is being committed.
+  // The primary ray through pixel (x, y) of the base picture, row 0 at the bottom. On a hit gives
+  // it; on a miss gives the point one unit along the ray in `position` and false. Waits while the
+  // scene is being committed.
   bool PickPixel(int x, int y, RayHit& hit) const;
-  // The nearest hit of one ray of unlimited range; `direction` need not be of unit length, and `distance` is in
-  // multiples of it. Waits while the scene is being committed.
+  // The nearest hit of one ray of unlimited range; `direction` need not be of unit length, and
+  // `distance` is in multiples of it. Waits while the scene is being committed.
   std::optional<RayHit> CastRay(const Vec3& origin, const Vec3& direction) const;
   // The step of one column and one row of the base picture at that distance along the view.
   void PanVectors(float distance, Vec3& right, Vec3& up) const;

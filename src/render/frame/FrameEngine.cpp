@@ -1,0 +1,272 @@
+#include "render/frame/FrameEngine.h"
+
+#include <chrono>
+#include <cstring>
+
+#include "platform/Clock.h"
+#include "platform/Threads.h"
+#include "render/frame/TilePass.h"
+#include "render/trace/FloatingPointMode.h"
+
+namespace qv {
+namespace {
+
+// How long StopRender sleeps between two looks at the windows.
+constexpr std::chrono::milliseconds kYieldInterval{5};
+
+RenderCamera Normalised(RenderCamera camera) {
+  const auto unit = [](Vec3& v) {
+    const float length = v.norm();
+    if (length > 0) v /= length;
+  };
+  unit(camera.forward);
+  unit(camera.up);
+  return camera;
+}
+
+}  // namespace
+
+FrameEngine::FrameEngine(RTCDevice device, RenderScene& scene, sky::Background& background,
+                         int threadCount, int packetWidth)
+    : device_(device),
+      scene_(scene),
+      background_(background),
+      threadCount_(threadCount),
+      packetWidth_(packetWidth),
+      packets_(threadCount) {}
+
+FrameEngine::~FrameEngine() {
+  StopRender();
+}
+
+bool FrameEngine::ResizeTargets(int width, int height, int antialiasFactor) {
+  antialiasFactor_ = antialiasFactor;
+  samplesStand_ = false;
+  const bool fits = base_.Resize(width, height) &&
+                    samples_.Resize(width * antialiasFactor, height * antialiasFactor);
+  if (!fits) {
+    base_ = {};
+    samples_ = {};
+  }
+  edgeMask_.Resize(base_.width(), base_.height());
+  const std::lock_guard lock(screenMutex_);
+  screen_.Resize(base_.width(), base_.height());
+  return fits;
+}
+
+void FrameEngine::StartRender(const RenderCamera& camera, RenderMode mode, bool showProgress) {
+  Queue(&camera, mode, showProgress);
+}
+
+void FrameEngine::StartRenderSameCamera(RenderMode mode) {
+  Queue(nullptr, mode, true);
+}
+
+void FrameEngine::Queue(const RenderCamera* camera, RenderMode mode, bool showProgress) {
+  const std::lock_guard lock(lock_);
+  if (camera != nullptr) {
+    const std::lock_guard cameraLock(cameraMutex_);
+    pendingCamera_ = Normalised(*camera);
+  }
+  showProgress_ = showProgress;
+  pendingMode_ = mode;
+  pendingLightFactors_ = lightFactors_;
+  const RenderState before = state_.exchange(RenderState::kQueued);
+  if (before != RenderState::kNone && before != RenderState::kIdle) return;
+  // A control thread that has set the state to idle touches nothing any more.
+  if (controlThread_.joinable()) controlThread_.join();
+  controlThread_ = std::thread([this] { ControlThread(); });
+}
+
+void FrameEngine::ControlThread() {
+  const FloatingPointMode mode;
+  while (true) {
+    {
+      const std::lock_guard lock(lock_);
+      if (state_ != RenderState::kQueued) {
+        state_ = RenderState::kIdle;
+        done_.notify_all();
+        return;
+      }
+      SetUpJob();
+      state_ = RenderState::kRendering;
+    }
+    RunPasses();
+  }
+}
+
+// With the lock held: the newest camera, factors and mode become the active ones.
+void FrameEngine::SetUpJob() {
+  ReportProgress(0.33f);
+  if (background_.Update()) {
+    const sky::SunRecord& sun = background_.sun();
+    scene_.SetSun(RenderLight::Directional(sun.color, sun.direction));
+  }
+  ReportProgress(0.66f);
+
+  const RenderCamera camera = PendingCamera();
+  {
+    const std::lock_guard lock(cameraMutex_);
+    activeCamera_ = camera;
+  }
+  activeMode_ = pendingMode_;
+  samplesStand_ = false;
+  base_.rays = ComputePixelRays(camera, base_.width(), base_.height());
+  samples_.rays = ComputePixelRays(camera, samples_.width(), samples_.height());
+  {
+    const std::lock_guard lock(screenMutex_);
+    base_.passTime = 0;
+    samples_.passTime = 0;
+  }
+  scene_.CommitForFrame(camera.forward);
+
+  inputs_.scene = &scene_;
+  inputs_.background = &background_.faces();
+  inputs_.factors = pendingLightFactors_;
+  inputs_.footprintScale = camera.fieldOfView / static_cast<float>(base_.height());
+  inputs_.trace = {device_, &scene_, packetWidth_, inputs_.footprintScale};
+  ReportProgress(1.0f);
+}
+
+void FrameEngine::RunPasses() {
+  if (base_.height() < 1 || scene_.EmbreeScene() == nullptr) return;
+  for (const PassStep& step : PassesOf(activeMode_)) {
+    if (!RunPass(step)) return;
+  }
+}
+
+bool FrameEngine::RunPass(const PassStep& step) {
+  const bool antialias = step.pass == PassAntialias;
+  RenderTarget& target = antialias ? samples_ : base_;
+  inputs_.pass = step.pass;
+  const double start = platform::NowSeconds();
+  PassSetup setup;
+  setup.in = &inputs_;
+  setup.target = &target;
+  setup.abortable = step.abortable;
+  setup.state = &state_;
+  if (antialias) {
+    MarkEdges(step.shownEvenIfLeft);
+    setup.mask = &edgeMask_;
+    setup.factor = antialiasFactor_;
+    if (showProgress_) setup.progress = [this](float value) { ReportProgress(value); };
+  }
+  TilePass(setup, packets_).Run(threadCount_);
+  if (step.abortable && !step.shownEvenIfLeft && LeaveRequested()) return false;
+
+  pass_ = step.pass;
+  samplesStand_ = antialias;
+  Compose(false);
+  {
+    const std::lock_guard lock(screenMutex_);
+    target.passTime = platform::NowSeconds() - start;
+  }
+  if (step.reported && !offline && callbacks_.passDone) callbacks_.passDone();
+  return true;
+}
+
+void FrameEngine::MarkEdges(bool clearSamples) {
+  edgeMask_.Mark(screen_);
+  // Only a pass that is shown although it was left ever shows samples that it did not trace.
+  if (!clearSamples) return;
+  for (int y = 0; y < samples_.height(); ++y) std::memset(samples_.Row(y), 0, samples_.pitch());
+}
+
+void FrameEngine::ComposeImage(bool useAntialiasData) {
+  if (state_ == RenderState::kIdle) Compose(useAntialiasData);
+}
+
+void FrameEngine::Compose(bool useAntialiasData) {
+  const std::lock_guard lock(screenMutex_);
+  if (base_.height() < 1) return;
+  if (pass_ == PassPreview) {
+    ComposePreview(base_, screen_);
+  } else if (samplesStand_ && (pass_ == PassAntialias || useAntialiasData)) {
+    ComposeAntialiased(base_, samples_, antialiasFactor_, edgeMask_, adjustment_, screen_);
+  } else {
+    ComposeBase(base_, adjustment_, screen_);
+  }
+}
+
+void FrameEngine::StopRender() {
+  // The lock is held while a scene is committed, which may take long: the windows stay alive
+  // meanwhile.
+  std::unique_lock lock(lock_, std::try_to_lock);
+  while (!lock.owns_lock()) {
+    if (yield_) yield_();
+    platform::SleepMilliseconds(1);
+    static_cast<void>(lock.try_lock());
+  }
+  if (stopping_) return;
+  stopping_ = true;
+  AssertStop();
+  while (LeaveRequested() || state_ == RenderState::kRendering) {
+    done_.wait_for(lock, kYieldInterval);
+    if (yield_) {
+      lock.unlock();
+      yield_();
+      lock.lock();
+    }
+    // What the windows asked for meanwhile waits until the caller of this starts its own job.
+    AssertStop();
+  }
+  stopping_ = false;
+  if (controlThread_.joinable()) controlThread_.join();
+}
+
+void FrameEngine::AssertStop() {
+  if (state_ == RenderState::kQueued || state_ == RenderState::kRendering) {
+    state_ = RenderState::kStopping;
+  }
+}
+
+bool FrameEngine::WaitUntilDone(std::optional<double> seconds) {
+  std::unique_lock lock(lock_);
+  const auto idle = [this] { return state_ == RenderState::kIdle || state_ == RenderState::kNone; };
+  if (!seconds) {
+    done_.wait(lock, idle);
+    return true;
+  }
+  return done_.wait_for(lock, std::chrono::duration<double>(*seconds), idle);
+}
+
+bool FrameEngine::LeaveRequested() const {
+  const RenderState state = state_;
+  return state == RenderState::kStopping || state == RenderState::kQueued;
+}
+
+RenderCamera FrameEngine::PendingCamera() const {
+  const std::lock_guard lock(cameraMutex_);
+  return pendingCamera_;
+}
+
+RenderCamera FrameEngine::ActiveCamera() const {
+  const std::lock_guard lock(cameraMutex_);
+  return activeCamera_;
+}
+
+void FrameEngine::SetAdjustment(const Adjustment& adjustment) {
+  const std::lock_guard lock(screenMutex_);
+  adjustment_ = adjustment;
+}
+
+void FrameEngine::SetLightFactors(const LightFactorsInUse& factors) {
+  const std::lock_guard lock(lock_);
+  lightFactors_ = factors;
+}
+
+void FrameEngine::ReadScreen(const std::function<void(const ScreenImage&)>& read) const {
+  const std::lock_guard lock(screenMutex_);
+  read(screen_);
+}
+
+FrameEngine::PassTimes FrameEngine::Times() const {
+  const std::lock_guard lock(screenMutex_);
+  return {base_.passTime, samples_.passTime};
+}
+
+void FrameEngine::ReportProgress(float value) const {
+  if (!offline && callbacks_.progress) callbacks_.progress(value);
+}
+
+}  // namespace qv

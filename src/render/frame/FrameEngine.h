@@ -1,0 +1,127 @@
+#pragma once
+
+#include <embree3/rtcore.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+#include "core/RenderCamera.h"
+#include "render/RenderModes.h"
+#include "render/frame/EdgeMask.h"
+#include "render/frame/PassSequence.h"
+#include "render/frame/RenderTarget.h"
+#include "render/image/ComposeImage.h"
+#include "render/image/ScreenImage.h"
+#include "render/shade/ShadeInputs.h"
+#include "render/trace/ThreadPackets.h"
+#include "sky/Background.h"
+
+namespace qv {
+
+// Runs jobs: takes the newest camera, prepares the scene, traces the passes of the mode, and writes
+// the picture.
+//
+// One control thread lives for each burst of jobs and makes the workers of each pass anew. `lock_`
+// guards what is pending and the changes of state, and is held while a job is set up;
+// `screenMutex_` guards the picture and the figures that go with it.
+class FrameEngine {
+ public:
+  // Called on the engine's threads while not offline; each may be empty.
+  struct Callbacks {
+    std::function<void()> passDone;
+    std::function<void(float)> progress;
+  };
+
+  FrameEngine(RTCDevice device, RenderScene& scene, sky::Background& background, int threadCount,
+              int packetWidth);
+  ~FrameEngine();  // stops the job
+
+  void SetCallbacks(Callbacks callbacks) { callbacks_ = std::move(callbacks); }
+  void SetYield(std::function<void()> yield) { yield_ = std::move(yield); }
+
+  // No job may run. Factor: samples a pixel on each axis. False if the memory is refused; there is
+  // no picture then.
+  bool ResizeTargets(int width, int height, int antialiasFactor);
+  int AntialiasFactor() const { return antialiasFactor_; }
+
+  void StartRender(const RenderCamera& camera, RenderMode mode, bool showProgress);
+  void StartRenderSameCamera(RenderMode mode);
+  void StopRender();
+  bool WaitUntilDone(std::optional<double> seconds);
+
+  RenderState State() const { return state_; }
+  RenderCamera PendingCamera() const;
+  RenderCamera ActiveCamera() const;
+  int Width() const { return base_.width(); }
+  int Height() const { return base_.height(); }
+
+  void SetAdjustment(const Adjustment& adjustment);
+  void SetLightFactors(const LightFactorsInUse& factors);
+  void ComposeImage(bool useAntialiasData);
+
+  void ReadScreen(const std::function<void(const ScreenImage&)>& read) const;
+  struct PassTimes {
+    double base = 0;
+    double antialias = 0;
+  };
+  PassTimes Times() const;
+
+  std::atomic<bool> offline{false};
+
+ private:
+  void Queue(const RenderCamera* camera, RenderMode mode, bool showProgress);
+  void ControlThread();
+  void SetUpJob();
+  void RunPasses();
+  // False if the pass was left and nothing of it is shown.
+  bool RunPass(const PassStep& step);
+  void MarkEdges(bool clearSamples);
+  void Compose(bool useAntialiasData);
+  void ReportProgress(float value) const;
+  bool LeaveRequested() const;
+  void AssertStop();
+
+  RTCDevice device_;
+  RenderScene& scene_;
+  sky::Background& background_;
+  const int threadCount_;
+  const int packetWidth_;
+  Callbacks callbacks_;
+  std::function<void()> yield_;
+
+  mutable std::mutex lock_;
+  std::condition_variable done_;
+  std::atomic<RenderState> state_{RenderState::kNone};
+  bool stopping_ = false;  // a StopRender is waiting
+  std::thread controlThread_;
+  RenderMode pendingMode_ = ModeMotion;
+  LightFactorsInUse lightFactors_;
+  LightFactorsInUse pendingLightFactors_;
+  bool showProgress_ = false;
+
+  // Cameras have a lock of their own, so that nobody waits for a scene's set-up to read one.
+  mutable std::mutex cameraMutex_;
+  RenderCamera pendingCamera_;
+  RenderCamera activeCamera_;
+
+  // The job in hand: control thread only.
+  RenderMode activeMode_ = ModeMotion;
+  ShadeInputs inputs_;
+  PacketPool packets_;
+  EdgeMask edgeMask_;
+  RenderTarget base_;
+  RenderTarget samples_;
+  int antialiasFactor_ = 2;
+  RenderPass pass_ = PassFull;  // the last pass that was composed
+  bool samplesStand_ = false;   // the supersampled picture belongs to the base picture
+
+  mutable std::mutex screenMutex_;
+  Adjustment adjustment_{0, 0, 1};
+  ScreenImage screen_;
+};
+
+}  // namespace qv

@@ -1,0 +1,96 @@
+#include "render/frame/TilePass.h"
+
+#include <algorithm>
+#include <thread>
+#include <vector>
+
+#include "platform/Threads.h"
+#include "render/shade/ShadePacket.h"
+#include "render/trace/FloatingPointMode.h"
+#include "render/trace/VectorOps.h"
+
+namespace qv {
+
+TilePass::TilePass(const PassSetup& setup, PacketPool& pool)
+    : setup_(setup), pool_(pool), tiles_(setup.target->width(), setup.target->height()) {}
+
+void TilePass::Run(int threadCount) {
+  std::vector<std::thread> workers;
+  workers.reserve(static_cast<std::size_t>(threadCount));
+  for (int i = 0; i < threadCount; ++i) workers.emplace_back([this, i] { Work(i); });
+  for (std::thread& worker : workers) worker.join();
+}
+
+void TilePass::Work(int thread) {
+  platform::LowerCurrentThreadPriority();
+  const FloatingPointMode mode;
+  ThreadPackets packets;
+  pool_.Refill(thread, packets);
+  while (!Abandoned()) {
+    const std::int32_t i = nextTile_.fetch_add(1, std::memory_order_relaxed) + 1;
+    Report(i);
+    if (i >= tiles_.TileCount()) break;
+    const TilePosition tile = tiles_.TileToPosition(i);
+    if (!tiles_.Contains(tile) || !IsWanted(tile)) continue;
+    const PacketLease packet(packets);
+    TraceTile(tile, *packet, packets);
+    if (Abandoned()) return;
+    CopyTile(tile, *packet);
+  }
+  if (setup_.progress) setup_.progress(0);
+}
+
+void TilePass::Report(std::int32_t tile) const {
+  constexpr std::int32_t kReports = 10;
+  const std::int32_t count = tiles_.TileCount();
+  if (!setup_.progress || tile >= count) return;
+  if (tile % std::max(1, count / kReports) != 0) return;
+  setup_.progress(static_cast<float>(tile) / static_cast<float>(count));
+}
+
+bool TilePass::Abandoned() const {
+  if (!setup_.abortable) return false;
+  const RenderState state = setup_.state->load(std::memory_order_relaxed);
+  return state == RenderState::kStopping || state == RenderState::kQueued;
+}
+
+bool TilePass::IsWanted(const TilePosition& tile) const {
+  if (setup_.mask == nullptr) return true;
+  const int side = kTileSide / setup_.factor;
+  return setup_.mask->AnyIn(side * tile.x, side * tile.y, side, side);
+}
+
+void TilePass::TraceTile(const TilePosition& tile, RayPacket& packet,
+                         ThreadPackets& packets) const {
+  const PixelRays& rays = setup_.target->rays;
+  for (auto& channel : packet.color) std::fill_n(channel, kLanes, 0.0f);
+  std::fill_n(packet.distance, kLanes, 0.0f);
+  std::fill_n(packet.throughput, kLanes, 1.0f);
+  std::fill_n(packet.iorTo, kLanes, 1.0f);
+  std::fill_n(packet.t, kLanes, kUnlimited);
+  std::fill_n(packet.geometry, kLanes, 0);
+  for (int axis = 0; axis < 3; ++axis) std::fill_n(packet.position[axis], kLanes, rays.eye[axis]);
+  TileDirections(rays, tile.x * kTileSide, tile.y * kTileSide, packet.direction);
+  NormaliseDirections(packet.direction);
+  TraceClosest(setup_.in->trace, packet);
+  ShadePacket(*setup_.in, packet, packets, 0, false);
+}
+
+void TilePass::CopyTile(const TilePosition& tile, const RayPacket& packet) const {
+  RenderTarget& target = *setup_.target;
+  const int x0 = tile.x * kTileSide;
+  const int y0 = tile.y * kTileSide;
+  const int columns = std::min(kTileSide, target.width() - x0);
+  const int rows = std::min(kTileSide, target.height() - y0);
+  for (int y = 0; y < rows; ++y) {
+    float* to = target.Row(y0 + y) + static_cast<std::size_t>(x0) * 3;
+    const int lane = y * kTileSide;
+    for (int x = 0; x < columns; ++x) {
+      to[3 * x] = packet.color[0][lane + x];
+      to[3 * x + 1] = packet.color[1][lane + x];
+      to[3 * x + 2] = packet.color[2][lane + x];
+    }
+  }
+}
+
+}  // namespace qv

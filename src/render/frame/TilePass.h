@@ -1,0 +1,53 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+
+#include "render/RenderModes.h"
+#include "render/frame/EdgeMask.h"
+#include "render/frame/HilbertTiles.h"
+#include "render/frame/RenderTarget.h"
+#include "render/shade/ShadeInputs.h"
+#include "render/trace/ThreadPackets.h"
+
+namespace qv {
+
+// What one pass over a picture works on.
+struct PassSetup {
+  const ShadeInputs* in = nullptr;
+  RenderTarget* target = nullptr;
+  // Only in the antialiasing pass: the pixels of the base picture that are worth it, and samples a
+  // pixel on each axis.
+  const EdgeMask* mask = nullptr;
+  int factor = 1;
+  // Workers leave at the next tile when a stop or a new job is asked for.
+  bool abortable = false;
+  const std::atomic<RenderState>* state = nullptr;
+  // Told about now and then how far the pass is; may be empty.
+  std::function<void(float)> progress;
+};
+
+// One pass: hands the tiles of the target to workers in Hilbert order.
+class TilePass {
+ public:
+  TilePass(const PassSetup& setup, PacketPool& pool);
+
+  // Traces with that many new threads, and waits for them.
+  void Run(int threadCount);
+
+ private:
+  void Work(int thread);
+  void Report(std::int32_t tile) const;
+  bool Abandoned() const;
+  // False for a tile without a marked pixel.
+  bool IsWanted(const TilePosition& tile) const;
+  void TraceTile(const TilePosition& tile, RayPacket& packet, ThreadPackets& packets) const;
+  void CopyTile(const TilePosition& tile, const RayPacket& packet) const;
+
+  const PassSetup& setup_;
+  PacketPool& pool_;
+  HilbertTiles tiles_;
+  std::atomic<std::int32_t> nextTile_{-1};
+};
+
+}  // namespace qv

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <embree3/rtcore.h>
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <shared_mutex>
+#include <span>
+#include <vector>
+
+#include "core/SceneRecords.h"
+#include "core/Vec.h"
+#include "render/geometry/Mesh.h"
+#include "render/light/RenderLEMLight.h"
+#include "render/light/RenderLight.h"
+#include "render/material/RenderMaterial.h"
+
+namespace qv {
+
+// Six floats: the box around the model. The maximum starts at the smallest positive float, so a
+// model that lies entirely below zero on an axis reports that value as its maximum there.
+struct SceneBounds {
+  Vec3 minimum;
+  Vec3 maximum;
+};
+
+// The model as the renderer holds it. Filled on the link's thread while no job runs; during a pass
+// everything is read-only.
+class RenderScene {
+ public:
+  explicit RenderScene(RTCDevice device);
+  ~RenderScene();
+  RenderScene(const RenderScene&) = delete;
+  RenderScene& operator=(const RenderScene&) = delete;
+
+  std::int32_t AddMaterial(const MaterialParameters& parameters);
+  void AddLight(const RenderLight& light);
+  void AddLEMLight(const Vec3& emission, std::span<const float> corners);
+  void BeginStaticMesh();
+  void BeginBillboard();
+  // Both do nothing without a mesh (or billboard) in hand.
+  void AddMeshData(std::span<const MeshVertex> vertices, std::span<const MeshTriangle> triangles);
+  void EndBillboard(const Vec3& pivot, const Vec2& frontAxis);
+  void EndMesh();
+
+  // Turns what has arrived into geometry. The ray library's scene itself is committed with the
+  // first frame.
+  void Build(void* userData);
+  // Turns billboards to the camera and commits; ray casts of other threads wait meanwhile.
+  void CommitForFrame(const Vec3& viewDirection);
+  void Clear();
+
+  // Light 0: the sun. Render thread, between passes.
+  void SetSun(const RenderLight& sun) { lights_.front() = sun; }
+
+  const std::vector<RenderLight>& Lights() const { return lights_; }
+  const std::vector<RenderLEMLight>& LEMLights() const { return lemLights_; }
+  const std::vector<RenderMaterial>& Materials() const { return materials_; }
+  // The position in this list is the geometry identifier of a hit.
+  const std::vector<std::shared_ptr<Mesh>>& Meshes() const { return meshes_; }
+  const SceneBounds& Bounds() const { return bounds_; }
+  std::int32_t TriangleCount() const { return triangleCount_; }
+  RTCScene EmbreeScene() const { return embreeScene_; }
+
+  // True from construction until the first scene is built, and while the scene is updated for a
+  // frame. May be set by a caller that knows that a frame follows.
+  std::atomic<bool> sceneBusy{true};
+  // Held shared by ray casts from outside the engine, exclusively by an update.
+  std::shared_mutex& UpdateMutex() const { return updateMutex_; }
+
+ private:
+  void MeasureBounds();
+  void RepairMaterials();
+
+  RTCDevice device_;
+  std::vector<RenderLight> lights_;
+  std::vector<RenderLEMLight> lemLights_;
+  std::vector<RenderMaterial> materials_;
+  SceneBounds bounds_;
+  std::int32_t triangleCount_ = 0;
+  RTCScene embreeScene_ = nullptr;
+  std::vector<std::shared_ptr<Mesh>> meshes_;
+  std::shared_ptr<Mesh> currentMesh_;
+  mutable std::shared_mutex updateMutex_;
+};
+
+}  // namespace qv

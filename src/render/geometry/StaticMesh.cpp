@@ -1,0 +1,9 @@
+#include "render/geometry/StaticMesh.h"
+
+namespace qv {
+
+StaticMesh::~StaticMesh() {
+  StaticMesh::Reset();
+}
+
+}  // namespace qv

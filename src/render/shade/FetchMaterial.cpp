@@ -1,0 +1,125 @@
+#include <cmath>
+#include <limits>
+
+#include "render/material/TextureSampling.h"
+#include "render/shade/ShadePacket.h"
+
+namespace qv {
+namespace {
+
+constexpr float kLeastDiffuse = 0.02f;
+constexpr float kLeastExponent = 0.05f;
+constexpr float kOpaque = 0.99f;
+
+// Which side of which triangle a lane has hit.
+struct SurfaceSide {
+  const Mesh* mesh;
+  std::size_t triangle;
+  int side;  // 0 front, 1 back
+  const RenderMaterial* material;
+};
+
+// A hit from behind turns the normal, so that the incidence is never positive afterwards.
+SurfaceSide FindSide(const RenderScene& scene, RayPacket& packet, int lane) {
+  SurfaceSide s;
+  s.mesh = scene.Meshes()[packet.geometry[lane]].get();
+  s.triangle = static_cast<std::size_t>(packet.primitive[lane]);
+  const std::uint32_t word = s.mesh->TriangleMaterials()[s.triangle];
+  if (packet.incidence[lane] <= 0) {
+    s.side = 0;
+    s.material = &scene.Materials()[FrontMaterial(word)];
+    return s;
+  }
+  packet.incidence[lane] = -packet.incidence[lane];
+  for (auto& axis : packet.normal) axis[lane] = -axis[lane];
+  s.side = 1;
+  s.material = &scene.Materials()[static_cast<std::size_t>(BackMaterial(word))];
+  return s;
+}
+
+void InterpolateTexCoords(const SurfaceSide& s, RayPacket& packet, int lane) {
+  const std::uint32_t* corner = s.mesh->Indices() + s.triangle * 3;
+  const UvPair* uvs = s.mesh->TextureCoords();
+  const auto& uv0 = uvs[corner[0]].side[s.side];
+  const auto& uv1 = uvs[corner[1]].side[s.side];
+  const auto& uv2 = uvs[corner[2]].side[s.side];
+  const float u = packet.hitU[lane];
+  const float v = packet.hitV[lane];
+  const float w = 1 - u - v;
+  packet.texU[lane] = w * uv0[0] + u * uv1[0] + v * uv2[0];
+  packet.texV[lane] = w * uv0[1] + u * uv1[1] + v * uv2[1];
+}
+
+// A kind above 1 stands for that many rays and one.
+std::int32_t ReflectKindOf(const RenderMaterial& material, bool forceMirror) {
+  if (forceMirror || !(material.glossy > 0)) return 1;
+  if (material.reflectance > 0.51f) return 7;
+  return material.reflectance > 0.21f ? 4 : 2;
+}
+
+// Texels of the top mip level that a pixel covers at the hit.
+float FootprintOf(const ShadeInputs& in, const SurfaceSide& s, const RayPacket& packet, int lane) {
+  const float incidence = packet.incidence[lane];
+  if (incidence == 0) return std::numeric_limits<float>::max();
+  return in.footprintScale * packet.distance[lane] *
+         s.mesh->TexelScales()[s.triangle].side[s.side] / -incidence;
+}
+
+void FetchDiffuse(const ShadeInputs& in, const SurfaceSide& s, RayPacket& packet, int lane) {
+  packet.alpha[lane] = 1;
+  if (!s.material->hasTexture) {
+    for (int c = 0; c < 3; ++c) packet.diffuse[c][lane] = s.material->diffuseColor[c];
+    return;
+  }
+  InterpolateTexCoords(s, packet, lane);
+  const RenderTexture& texture = s.material->texture;
+  const MipSelection mip = SelectMip(texture, FootprintOf(in, s, packet, lane));
+  const TexelColor texel = SampleMips(texture, mip, packet.texU[lane], 1 - packet.texV[lane]);
+  for (int c = 0; c < 3; ++c) packet.diffuse[c][lane] = texel.c[c];
+  packet.alpha[lane] = texel.c[3];
+}
+
+void FetchFactors(const RenderMaterial& m, RayPacket& packet, int lane, bool forceMirror) {
+  packet.diffuseFactor[lane] = m.diffuseFactor;
+  if (m.diffuseFactor > kLeastDiffuse) packet.hasDiffuse[lane] = 1;
+  packet.specularExponent[lane] = m.specularExponent;
+  if (m.specularExponent > kLeastExponent) packet.hasSpecular[lane] = 1;
+  packet.reflectance[lane] = m.reflectance;
+  if (m.reflectance > 0) packet.reflectKind[lane] = ReflectKindOf(m, forceMirror);
+  for (int c = 0; c < 3; ++c) packet.specular[c][lane] = m.specularColor[c];
+}
+
+// A ray outside of everything enters; one inside leaves.
+void FetchIndices(const RenderMaterial& m, RayPacket& packet, int lane) {
+  if (packet.iorTo[lane] == 1.0f) {
+    packet.iorFrom[lane] = 1.0f;
+    packet.iorTo[lane] = m.refractiveIndex;
+  } else {
+    packet.iorFrom[lane] = packet.iorTo[lane];
+    packet.iorTo[lane] = 1.0f;
+  }
+}
+
+void FetchOpacity(const RenderMaterial& m, RayPacket& packet, int lane) {
+  if (m.opacity < kOpaque) {
+    packet.transmitKind[lane] = 1;
+  } else if (packet.alpha[lane] < kOpaque) {
+    packet.transmitKind[lane] = 2;
+  }
+  packet.alpha[lane] *= m.opacity;
+}
+
+}  // namespace
+
+void FetchMaterial(const ShadeInputs& in, RayPacket& packet, bool forceMirror) {
+  for (int lane = 0; lane < kLanes; ++lane) {
+    if (packet.geometry[lane] < 0) continue;
+    const SurfaceSide s = FindSide(*in.scene, packet, lane);
+    FetchFactors(*s.material, packet, lane, forceMirror);
+    FetchIndices(*s.material, packet, lane);
+    FetchDiffuse(in, s, packet, lane);
+    FetchOpacity(*s.material, packet, lane);
+  }
+}
+
+}  // namespace qv

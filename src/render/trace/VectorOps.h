@@ -1,0 +1,57 @@
+#pragma once
+
+#include "render/frame/PixelRays.h"
+#include "render/trace/RayPacket.h"
+
+namespace qv {
+
+// The small vector operations of shading, over the 64 lanes of a packet, compiled for each
+// instruction set and chosen at start. A lane whose mask is negative is left alone unless a comment
+// says otherwise. All arrays are aligned to 64 bytes.
+
+// Unnormalised directions of the primary rays of a tile whose first pixel is (x, y).
+void TileDirections(const PixelRays& rays, int x, int y, LaneFloats (&direction)[3]);
+
+// A vector shorter than 1e-10 becomes (0, 0, 1). All lanes.
+void NormaliseDirections(LaneFloats (&v)[3]);
+
+// Shading normals: scaled by the processor's estimate of 1 / length with one Newton step.
+void NormaliseNormals(LaneFloats (&v)[3], const LaneInts& mask);
+
+// Inactive lanes give 0.
+void DotProducts(const LaneFloats (&a)[3], const LaneFloats (&b)[3], const LaneInts& mask,
+                 LaneFloats& out);
+
+// d - 2 (d . n) n
+void Reflect(const LaneFloats (&d)[3], const LaneFloats (&n)[3], const LaneInts& mask,
+             LaneFloats (&out)[3]);
+
+// From a point light to the surface: d = position - origin. A lane stays active where the light is
+// on the side that the ray comes from; its cosine is then |n . d|, unnormalised. Elsewhere the mask
+// becomes -1, d and the cosine 0.
+void LightVectors(const float (&origin)[3], const LaneFloats (&position)[3],
+                  const LaneFloats (&normal)[3], const LaneFloats& incidence, LaneInts& mask,
+                  LaneFloats (&d)[3], LaneFloats& cosine);
+
+// To a directional light: the cosine is n . toLight. A lane stays active where it is above 0.
+void DirectionalLightVectors(const float (&toLight)[3], const LaneFloats (&normal)[3],
+                             LaneInts& mask, LaneFloats (&d)[3], LaneFloats& cosine);
+
+// color += factor * weight * a * tint, channel by channel.
+void AddScaled(LaneFloats (&color)[3], const LaneInts& mask, float factor, const LaneFloats& weight,
+               const LaneFloats (&a)[3], const float (&tint)[3]);
+
+// out = a * b on active lanes, 0 elsewhere.
+void Products(const LaneFloats& a, const LaneFloats& b, const LaneInts& mask, LaneFloats& out);
+
+// color += weight * a * b, channel by channel.
+void AddProducts(LaneFloats (&color)[3], const LaneInts& mask, const LaneFloats& weight,
+                 const LaneFloats (&a)[3], const LaneFloats (&b)[3]);
+
+// True if a lane is active.
+bool AnyActive(const LaneInts& mask);
+
+// The name of the instruction set in use, such as "AVX2".
+const char* VectorInstructionSet();
+
+}  // namespace qv
