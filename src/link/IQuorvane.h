@@ -18,10 +18,11 @@ struct LocationAndTime {
   std::int32_t timeZone = 0;  // hours
 };
 
-// What the host's commands reach: implemented by the main frame. All operations run on the link's listener thread,
-// one at a time; SetStatusMessage, SetProgress and IsCameraLinked also on others. Arguments were checked by the link:
-// numbers are finite, vertex numbers lie within the vertices of their call, a mesh is begun before data comes.
-// Material numbers are not checked here, since a material may follow its triangles.
+// What the host's commands reach: implemented by the main frame. All operations run on the link's
+// listener thread, one at a time; SetStatusMessage, SetProgress and IsCameraLinked also on others.
+// Arguments were checked by the link: numbers are finite, vertex numbers lie within the vertices of
+// their call, a mesh is begun before data comes. Material numbers are not checked here, since a
+// material may follow its triangles.
 class IQuorvane {
  public:
   virtual void SceneComplete() = 0;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -38,16 +39,17 @@ struct HostPage {
   float latitude = 0, longitude = 0, sunParam = 0;
 };
 
-// The viewer's end of the link to the host: a listener thread that carries out one command record at a time, and
-// the messages to the host's window.
+// The viewer's end of the link to the host: a listener thread that carries out one command record
+// at a time, and the messages to the host's window.
 //
-// Senders may be called from any thread. Open, Start, Stop, Dispatch, ReleaseShared and ReopenShared belong to the
-// GUI thread. Every record that comes from the host is checked against the memory that is there; what does not fit is
-// told in the log.
+// Senders may be called from any thread. Open, Start, Stop, Dispatch, ReleaseShared and
+// ReopenShared belong to the GUI thread. Every record that comes from the host is checked against
+// the memory that is there; what does not fit is told in the log.
 class IpcInterfaceApp {
  public:
-  // `wakeOwner` is called on any thread when messages of the host wait for Dispatch. `visible` tells whether the
-  // frame's window is visible: the two messages about the command area are acted on only then.
+  // `wakeOwner` is called on any thread when messages of the host wait for Dispatch. `visible`
+  // tells whether the frame's window is visible: the two messages about the command area are acted
+  // on only then.
   IpcInterfaceApp(std::uint32_t hostWindow, std::uint32_t processId, IQuorvane* frame,
                   std::function<void()> wakeOwner, std::function<bool()> visible);
   virtual ~IpcInterfaceApp();
@@ -56,19 +58,20 @@ class IpcInterfaceApp {
   bool Open();
   // Starts the listener thread. Without an open link the thread ends at once.
   void Start();
-  // Posts nothing; ends the listener thread after the command in flight and closes the link. `pump` is called again
-  // and again while waiting, so that work which the listener hands to the GUI thread is done.
+  // Posts nothing; ends the listener thread after the command in flight and closes the link. `pump`
+  // is called again and again while waiting, so that work which the listener hands to the GUI
+  // thread is done.
   void Stop(const std::function<void()>& pump);
   void Close();
 
-  // Handles messages of the host that have arrived (Linux; on Windows the frame's window procedure calls
-  // HandleFrameMessage itself).
+  // Handles messages of the host that have arrived (Linux; on Windows the frame's window procedure
+  // calls HandleFrameMessage itself).
   void Dispatch();
   // WM_VIEWER_RELEASE_SHARED and WM_VIEWER_REOPEN_SHARED; other numbers do nothing.
   void HandleFrameMessage(std::uint32_t number);
 
-  void RequestResend();     // WM_HOST_RESEND_SCENE
-  void TellClosed();        // WM_HOST_VIEWER_CLOSED
+  void RequestResend();  // WM_HOST_RESEND_SCENE
+  void TellClosed();     // WM_HOST_VIEWER_CLOSED
   void SendCamera(const Vec3& eye, const Vec3& direction, const Vec3& up, float fieldOfView);
   void SendDateTime(int year, int month, int day, int hour, int minute, int second);
   void SetProperty(const std::string& name, std::span<const std::byte> value);
@@ -78,7 +81,8 @@ class IpcInterfaceApp {
   void SetBackground(std::int32_t backgroundType, std::int32_t cubeMapIndex);
   void SetEyeHeight(float value);
 
-  // The value of a property, copied; nothing if the host has none of that name, or its reply does not fit.
+  // The value of a property, copied; nothing if the host has none of that name, or its reply does
+  // not fit.
   std::optional<std::vector<std::byte>> GetProperty(const std::string& name);
   std::optional<RenderCamera> GetCamera();
   std::optional<LocationAndTime> GetLocation();
@@ -86,19 +90,28 @@ class IpcInterfaceApp {
 
  private:
   void Listen();
+  void CarryOutCommand();
+  void PostRecord(std::uint32_t number, platform::SharedMemory record);
+  platform::SharedMemory Request(std::uint32_t number, platform::SharedMemory record = {});
 
-  platform::NamedEvent lockEvent1_;
-  platform::NamedEvent lockEvent2_;
+  IQuorvane* frame_;
+  const std::uint32_t hostWindow_;
+  const std::uint32_t processId_;
+  const std::function<void()> wakeOwner_;
+  const std::function<bool()> visible_;
+  std::unique_ptr<platform::MessagePort> port_;
+  std::unique_ptr<CommandDecoder> decoder_;
+
+  platform::NamedEvent lockEvent1_;  // the doorbell
+  platform::NamedEvent lockEvent2_;  // the answer
+  // Held while a command runs, and while the area is exchanged between commands. The GUI thread
+  // never waits for it: a command may be waiting for the GUI thread.
+  std::mutex areaMutex_;
   platform::SharedMemory sharedMapping_;
+
   std::thread thread_;
   std::atomic<bool> stopRequested_{false};
   std::atomic<bool> listening_{false};
-  IQuorvane* frame_;
-  std::uint32_t hostWindow_;
-  std::uint32_t processId_;
-  std::function<bool()> visible_;
-  std::unique_ptr<platform::MessagePort> port_;
-  std::unique_ptr<CommandDecoder> decoder_;
 };
 
 }  // namespace qv

@@ -19,6 +19,8 @@ namespace {
 // a descriptor, of which a process has 1024 by default.
 constexpr std::size_t kMostPending = 256;
 constexpr int kAddressAttempts = 100;
+// Packets after which the reader looks up again, so that a busy peer cannot keep it from ending.
+constexpr int kMostTakenAtOnce = 64;
 // Between attempts at what the system says is possible and then refuses (too many descriptors under
 // way or open).
 constexpr unsigned kRetryMilliseconds = 2;
@@ -157,9 +159,9 @@ void SocketPort::Read() {
   Disconnect();
 }
 
-// Takes all that has arrived. False when the peer has gone.
+// Takes what has arrived. False when the peer has gone.
 bool SocketPort::ReadPeer() {
-  for (;;) {
+  for (int taken = 0; taken < kMostTakenAtOnce; ++taken) {
     ReceivedPacket received;
     switch (ReceivePacket(peer_, received)) {
       case Transfer::kDone:
@@ -171,6 +173,7 @@ bool SocketPort::ReadPeer() {
         return false;
     }
   }
+  return true;
 }
 
 void SocketPort::Receive(ReceivedPacket received) {
