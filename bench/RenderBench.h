@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Scenes.h"
+
+namespace qv::bench {
+
+// Rays a second of the renderer beside bare loops over the ray library on the same rays in the same
+// run.
+struct RenderFigures {
+  double previewRate = 0;  // primary rays a second, from StartRender to passDone
+  double bareIntersectRate = 0;
+  double shadowRate = 0;  // sun shadow rays a second: PassFull with the sun less PassFull with a
+                          // sun that lights nothing
+  double bareOccludedRate = 0;
+  double previewRatio = 0;  // medians over interleaved runs
+  double shadowRatio = 0;
+};
+
+RenderFigures MeasureRendering(const BenchScene& scene, int width, int height, int runs);
+
+}  // namespace qv::bench
