@@ -1,0 +1,14 @@
+#pragma once
+
+namespace qv {
+
+// Sends the library's log to our own, so that none of its messages ever comes up as a dialog. The
+// library forgets this when the application object stands, so it is called before and after.
+void RouteLibraryLog();
+
+// Writes the log to standard error, one line a message with the seconds since the start in front:
+// warnings and errors, or more or less if the environment variable QUORVANE_LOG says "info" or
+// "error".
+void StartLog();
+
+}  // namespace qv

@@ -1,0 +1,287 @@
+#include "app/MainFrame.h"
+
+#include <wx/app.h>
+#include <wx/config.h>
+#include <wx/dcclient.h>
+#include <wx/evtloop.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "app/FrameMessages.h"
+#include "app/StatusTexts.h"
+#include "core/Log.h"
+#include "ui/CommandIds.h"
+#include "ui/Images.h"
+
+namespace qv {
+namespace {
+
+constexpr int kStatisticsPoints = 7;
+constexpr int kKeepAntialias = -1;
+
+wxDEFINE_EVENT(EVT_GUI_WORK, wxThreadEvent);
+
+// The choices of "/Defaults/Rendering/Antialias": samples for each marked pixel.
+int AntialiasIndex(const wxString& choice) {
+  if (choice == "16x") return 1;
+  if (choice == "64x") return 2;
+  return 0;
+}
+
+}  // namespace
+
+// Marks a wait on the GUI thread during which events are handled. A close that comes meanwhile is
+// put off until the wait is over, since it would take away what is being waited for.
+class MainFrame::WaitScope {
+ public:
+  explicit WaitScope(MainFrame& frame) : frame_(frame) { frame_.waiting_ = true; }
+  ~WaitScope() {
+    frame_.waiting_ = false;
+    if (!std::exchange(frame_.closeAsked_, false) || frame_.closing_) return;
+    frame_.CallAfter([frame = &frame_] { frame->Close(true); });
+  }
+  WaitScope(const WaitScope&) = delete;
+  WaitScope& operator=(const WaitScope&) = delete;
+
+ private:
+  MainFrame& frame_;
+};
+
+MainFrame::MainFrame(wxWindow* parent, std::uint32_t hostWindow, std::uint32_t processId)
+    : FrameWindow(parent),
+      statisticsFont_(wxFontInfo(kStatisticsPoints)),
+      gui_([this] { QueueEvent(new wxThreadEvent(EVT_GUI_WORK)); }) {
+  Bind(EVT_GUI_WORK, [this](wxThreadEvent&) { gui_.RunPending(); });
+  SetIcons(LoadIcons("images/Quorvane.ico"));
+  isResizing_ = false;
+  EnableFrame(false);
+
+  const wxConfigBase* settings = wxConfigBase::Get();
+  const wxString antialias = settings->Read("/Defaults/Rendering/Antialias", wxString());
+  showStatistics_ = settings->ReadBool("/Defaults/Rendering/ShowStatistics", true);
+  CreateRenderer(AntialiasIndex(antialias));
+
+  link_ = std::make_unique<IpcInterfaceApp>(
+      hostWindow, processId, this, [this] { gui_.Post([this] { link_->Dispatch(); }); },
+      [this] { return IsShown(); });
+  link_->Open();
+  link_->Start();
+  OnInternalIdle();
+}
+
+MainFrame::~MainFrame() {
+  Shutdown();
+}
+
+void MainFrame::CreateRenderer(int antialiasIndex) {
+  receiving_ = true;
+  auto renderer = std::make_unique<RaytraceImpl>();
+  renderer->SetYield([this] { YieldToWindows(); });
+  renderer->SetCallbacks(
+      {.passDone = [this] { PictureStands(); },
+       .progress = [this](float value) { SetProgress(value); },
+       .statusText = [this](const std::wstring& text) { ShowStatusText(text); }});
+  ResizeTargets(*renderer, antialiasIndex);
+  renderer_.Put(std::move(renderer));
+}
+
+void MainFrame::DestroyRenderer() {
+  const WaitScope wait(*this);
+  const std::unique_ptr<RaytraceImpl> renderer = renderer_.Take([this] { YieldToWindows(); });
+  if (renderer) renderer->StopRender();
+  painter_.RendererCleared();
+}
+
+bool MainFrame::WithIdleRenderer(const std::function<void(RaytraceImpl&)>& work) {
+  RaytraceImpl* renderer = renderer_.get();
+  if (waiting_ || !renderer) return false;
+  const std::lock_guard gate(jobGate_);
+  {
+    const WaitScope wait(*this);
+    renderer->StopRender();
+  }
+  work(*renderer);
+  return true;
+}
+
+void MainFrame::ResizeTargets(RaytraceImpl& renderer, int antialiasIndex) {
+  const wxSize size = view_->GetClientSize();
+  pictureSize_ = wxSize(std::max(size.x, 1), std::max(size.y, 1));
+  renderer.ResizeTargets(pictureSize_.x, pictureSize_.y, antialiasIndex);
+  painter_.RendererCleared();
+}
+
+void MainFrame::FollowViewSize() {
+  const RaytraceImpl* renderer = renderer_.get();
+  if (!renderer || isResizing_ || receiving_ || renderer->Offline() ||
+      renderer->State() == RenderState::kNone) {
+    return;
+  }
+  const wxSize size = view_->GetClientSize();
+  if (size == pictureSize_ || size.x < 1 || size.y < 1) return;
+  WithIdleRenderer([this](RaytraceImpl& idle) {
+    ResizeTargets(idle, kKeepAntialias);
+    idle.StartRenderSameCamera(ModeMotion);
+  });
+}
+
+void MainFrame::OnSizeMoveEntered() {
+  const RaytraceImpl* renderer = renderer_.get();
+  if (renderer && !renderer->Offline()) isResizing_ = true;
+}
+
+void MainFrame::OnSizeMoveExited() {
+  const RaytraceImpl* renderer = renderer_.get();
+  if (renderer && renderer->Offline()) return;
+  isResizing_ = false;
+  FollowViewSize();
+}
+
+void MainFrame::OnFrameSize() {
+  FollowViewSize();
+}
+
+void MainFrame::HandleFrameMessage(std::uint32_t number) {
+  if (number == WM_VIEWER_UPDATE_STATUS) {
+    statusPosted_ = false;
+    if (IsShown()) UpdateStatusBar();
+  } else if (link_) {
+    link_->HandleFrameMessage(number);
+  }
+}
+
+void MainFrame::YieldToWindows() {
+  wxEventLoopBase* loop = wxEventLoopBase::GetActive();
+  if (loop && !loop->IsYielding()) loop->YieldFor(wxEVT_CATEGORY_UI);
+}
+
+void MainFrame::OnClose(wxCloseEvent& event) {
+  if (waiting_ || closing_) {
+    closeAsked_ = true;
+    if (event.CanVeto()) event.Veto();
+    return;
+  }
+  SaveSettings();
+  Shutdown();
+  event.Skip();
+}
+
+void MainFrame::SaveSettings() {
+  wxConfigBase::Get()->Write("/Defaults/CameraLink", cameraLink_.load());
+}
+
+void MainFrame::Shutdown() {
+  if (std::exchange(closing_, true)) return;
+  // From here on nobody waits for the GUI thread any more, and a command in flight finds no
+  // renderer.
+  Show(false);
+  gui_.Close();
+  DestroyRenderer();
+  if (!link_) return;
+  link_->TellClosed();
+  link_->Stop([this] { YieldToWindows(); });
+  link_.reset();
+}
+
+void MainFrame::OnViewErase(wxEraseEvent& event) {
+  if (!sceneShown_) event.Skip();
+}
+
+void MainFrame::OnViewPaint(wxPaintEvent&) {
+  wxPaintDC dc(view_);
+  const RaytraceImpl* renderer = renderer_.get();
+  if (!sceneShown_ || !renderer || !painter_.HasPicture()) return;
+  const wxSize panel = view_->GetClientSize();
+  const PixelRectangle where = FitRectangle(painter_.width(), painter_.height(), panel.x, panel.y);
+  painter_.Paint(dc, where, *renderer);
+  PaintMargins(dc, where);
+  PaintStatistics(dc);
+  if (std::exchange(pictureIsNew_, false)) CallAfter([this] { ReportShownPicture(); });
+}
+
+void MainFrame::PaintMargins(wxDC& dc, const PixelRectangle& picture) {
+  const wxSize panel = view_->GetClientSize();
+  const int right = picture.x + picture.width;
+  const int bottom = picture.y + picture.height;
+  dc.SetPen(*wxTRANSPARENT_PEN);
+  dc.SetBrush(wxBrush(view_->GetBackgroundColour()));
+  const wxRect margins[] = {{0, 0, picture.x, panel.y},
+                            {right, 0, panel.x - right, panel.y},
+                            {picture.x, 0, picture.width, picture.y},
+                            {picture.x, bottom, picture.width, panel.y - bottom}};
+  for (const wxRect& margin : margins) {
+    if (!margin.IsEmpty()) dc.DrawRectangle(margin);
+  }
+}
+
+void MainFrame::PaintStatistics(wxDC& dc) {
+  const RenderStatistics& shown = pictureStatistics_;
+  if (!showStatistics_ || (shown.basePassSeconds <= 0 && shown.antialiasPassSeconds <= 0)) return;
+  dc.SetFont(statisticsFont_);
+  dc.SetTextForeground(*wxWHITE);
+  dc.SetBackgroundMode(wxBRUSHSTYLE_TRANSPARENT);
+  dc.DrawLabel(StatisticsText(shown.basePassSeconds, shown.antialiasPassSeconds,
+                              shown.triangleCount, shown.materialCount),
+               wxRect(0, 0, painter_.width(), painter_.height()), wxALIGN_LEFT | wxALIGN_TOP);
+}
+
+void MainFrame::PictureStands() {
+  if (picturePosted_.exchange(true)) return;
+  gui_.Post([this] {
+    picturePosted_ = false;
+    ShowPicture();
+  });
+}
+
+void MainFrame::ShowPicture() {
+  const RaytraceImpl* renderer = renderer_.get();
+  if (!renderer) return;
+  // The times first: they are written after the picture, so a time that is there tells of a picture
+  // that is there.
+  pictureStatistics_ = renderer->Statistics();
+  painter_.TakePicture(*renderer);
+  pictureIsNew_ = true;
+  view_->Refresh(false);
+  view_->Update();
+}
+
+void MainFrame::ReportShownPicture() {
+  const RenderStatistics& shown = pictureStatistics_;
+  const bool antialiased = shown.antialiasPassSeconds > 0;
+  Log(LogLevel::kInfo,
+      wxString::Format("picture shown: %s %dx%d, %.3f s", antialiased ? "antialiased" : "base",
+                       painter_.width(), painter_.height(),
+                       antialiased ? shown.antialiasPassSeconds : shown.basePassSeconds)
+          .ToStdString());
+}
+
+void MainFrame::UpdateStatusBar() {
+  wxString text;
+  {
+    const std::lock_guard lock(textMutex_);
+    text = statusText_;
+  }
+  statusBar_->ShowText(StatusBar::kText, text);
+  if (const RaytraceImpl* renderer = renderer_.get()) {
+    statusBar_->ShowText(StatusBar::kSunTime,
+                         SunTimeText(renderer->JulianDate(), renderer->Longitude()));
+  }
+  statusBar_->ShowText(StatusBar::kEyeHeight, EyeHeightText(eyeHeight_));
+  statusBar_->ShowProgress(static_cast<int>(progress_ * StatusBar::kGaugeRange));
+  OnInternalIdle();
+}
+
+void MainFrame::OnCameraLink(wxCommandEvent& event) {
+  cameraLink_ = event.IsChecked();
+}
+
+void MainFrame::OnSynchronizeCamera(wxCommandEvent&) {
+  SynchronizeCamera();
+}
+
+void MainFrame::OnReloadData(wxCommandEvent&) {
+  ReloadData();
+}
+
+}  // namespace qv

@@ -1,0 +1,141 @@
+#pragma once
+
+#include <wx/font.h>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "FrameWindow.h"
+#include "app/GuiExecutor.h"
+#include "app/PicturePainter.h"
+#include "app/SharedSlot.h"
+#include "link/IQuorvane.h"
+#include "link/IpcInterfaceApp.h"
+#include "render/RaytraceImpl.h"
+
+namespace qv {
+
+// The one top-level window. It shows the renderer's picture, owns the renderer and the link to the
+// host, and carries out the host's commands.
+//
+// Windows are touched on the GUI thread only. Commands arrive on the link's listener thread and
+// finished pictures on the render thread; both hand what concerns windows to the executor. The
+// frame comes up disabled, and is enabled when a scene is complete.
+class MainFrame : public FrameWindow, public IQuorvane {
+ public:
+  // The host's message window and process id, as on the command line.
+  MainFrame(wxWindow* parent, std::uint32_t hostWindow, std::uint32_t processId);
+  ~MainFrame() override;
+
+  // The host's commands; MainFrameLink.cpp.
+  void SceneComplete() override;
+  void SetCamera(const Vec3& eye, const Vec3& direction, const Vec3& up, float fieldOfView,
+                 const Vec3& target, bool showProgress) override;
+  std::int32_t AddMaterial(const MaterialParameters& parameters) override;
+  void AddPointLight(const Vec3& color, const Vec3& position) override;
+  void AddSpotLight(const Vec3& color, const Vec3& position, const Vec3& direction,
+                    float innerAngle, float outerAngle) override;
+  void AddDirectionalLight(const Vec3& color, const Vec3& direction) override;
+  void AddLEMLight(const Vec3& emission, std::span<const float> vertices) override;
+  void AddMeshData(std::span<const MeshVertex> vertices,
+                   std::span<const MeshTriangle> triangles) override;
+  void SetModelDirectory(const std::string& text) override;
+  void BeginBillboard() override;
+  void EndBillboard(const Vec3& position, const Vec2& direction) override;
+  void BeginStaticMesh() override;
+  void EndMesh() override;
+  void SetLocationAndTime(const LocationAndTime& when) override;
+  void SetStatusMessage(const std::string& text) override;
+  void SetProgress(float value) override;
+  bool IsCameraLinked() override;
+
+  // Asks the host for its place, time and camera, and shows them.
+  void SynchronizeCamera();
+  // Begins anew with an empty renderer and asks the host for the whole scene.
+  void ReloadData();
+
+ private:
+  class WaitScope;
+
+  void HandleFrameMessage(std::uint32_t number) override;
+  void OnSizeMoveEntered() override;
+  void OnSizeMoveExited() override;
+  void OnFrameSize() override;
+  void OnClose(wxCloseEvent& event) override;
+  void OnViewErase(wxEraseEvent& event) override;
+  void OnViewPaint(wxPaintEvent& event) override;
+  void OnCameraLink(wxCommandEvent& event) override;
+  void OnSynchronizeCamera(wxCommandEvent& event) override;
+  void OnReloadData(wxCommandEvent& event) override;
+
+  // Makes a renderer with pictures of the present view size. `antialiasIndex` as for
+  // RaytraceImpl::ResizeTargets.
+  void CreateRenderer(int antialiasIndex);
+  void DestroyRenderer();
+  // Ends the running job, with the windows alive meanwhile, and calls `work` before another can
+  // begin. False, without the call, if there is no renderer, or if this or another wait is under
+  // way already further up the stack.
+  bool WithIdleRenderer(const std::function<void(RaytraceImpl&)>& work);
+  // Gives the idle renderer's pictures the size of the view.
+  void ResizeTargets(RaytraceImpl& renderer, int antialiasIndex);
+  // After a change of size: the picture once more, if its size is no longer that of the view.
+  void FollowViewSize();
+  // Lets windows be painted and moved; input, timers' work and work of other threads stay queued.
+  void YieldToWindows();
+  // Ends everything that runs beside the GUI thread. A second call does nothing.
+  void Shutdown();
+  void SaveSettings();
+
+  void PictureStands();  // render thread
+  void ShowPicture();
+  void PaintMargins(wxDC& dc, const PixelRectangle& picture);
+  void PaintStatistics(wxDC& dc);
+  void ReportShownPicture();
+  void UpdateStatusBar();
+  void PostStatusUpdate();                    // any thread
+  void ShowStatusText(const wxString& text);  // any thread
+
+  // Listener thread: calls `work` with the renderer, which is idle and stays so until the next
+  // camera. False, without the call, when the frame is closing.
+  bool ReceiveScene(const std::function<void(RaytraceImpl&)>& work);
+  void LoadProperties();
+  void SceneBuilt();
+
+  wxFont statisticsFont_;
+  bool isResizing_ = true;
+  bool waiting_ = false;     // inside a wait that keeps windows alive; see WaitScope
+  bool closeAsked_ = false;  // the frame was closed meanwhile
+  bool closing_ = false;
+  bool showStatistics_ = true;
+  bool pictureIsNew_ = false;           // taken, but not painted yet
+  wxSize pictureSize_{0, 0};            // of the renderer's pictures
+  RenderStatistics pictureStatistics_;  // of the picture that the painter shows
+  PicturePainter painter_;
+  Vec3 orbitPivot_{0, 0, 0};
+
+  std::atomic<bool> cameraLink_{false};
+  std::atomic<bool> sceneShown_{false};
+  // A scene is coming in: no job may run until the camera that follows it.
+  std::atomic<bool> receiving_{true};
+  std::atomic<bool> picturePosted_{false};
+  std::atomic<bool> statusPosted_{false};
+  std::atomic<float> progress_{0};
+  std::atomic<float> eyeHeight_{70.0f};
+  std::atomic<float> lightmapMeshSize_{2.0f};
+
+  std::mutex textMutex_;
+  wxString statusText_;      // under textMutex_
+  wxString modelDirectory_;  // under textMutex_
+
+  // Held while a job is started on the listener thread, and by the GUI thread from the end of a job
+  // to the start of the next where the renderer must stay idle between.
+  std::mutex jobGate_;
+  GuiExecutor gui_;
+  SharedSlot<RaytraceImpl> renderer_;
+  std::unique_ptr<IpcInterfaceApp> link_;
+};
+
+}  // namespace qv

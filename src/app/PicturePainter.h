@@ -1,0 +1,43 @@
+#pragma once
+
+#include <wx/dc.h>
+
+#include <memory>
+
+#include "app/FitRectangle.h"
+#include "render/RaytraceImpl.h"
+
+namespace qv {
+
+// Brings the renderer's picture to the screen. GUI thread only.
+class PicturePainter {
+ public:
+  PicturePainter();
+  ~PicturePainter();
+
+  // A new picture stands in the renderer.
+  void TakePicture(const RaytraceImpl& renderer);
+  // The renderer's picture is not worth showing until the next TakePicture: it has got another
+  // size, or is gone. Where the painter holds pixels of its own it goes on showing them.
+  void RendererCleared();
+  // As at the start: there is nothing to show.
+  void Forget();
+
+  // False while there is nothing that Paint could draw.
+  bool HasPicture() const { return width_ > 0; }
+  // The size of the picture that Paint draws.
+  int width() const { return width_; }
+  int height() const { return height_; }
+
+  // Draws the picture into `where`, its pixels stretched without interpolation where the sizes
+  // differ.
+  void Paint(wxDC& dc, const PixelRectangle& where, const RaytraceImpl& renderer);
+
+ private:
+  struct Surface;
+  std::unique_ptr<Surface> surface_;
+  int width_ = 0;
+  int height_ = 0;
+};
+
+}  // namespace qv

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace qv {
+
+// Local date and time of the sun, "hour:minute month/day". The Julian date is UT, the longitude in
+// degrees.
+std::string SunTimeText(double julianDate, float longitude);
+
+// "Cam Height: " and the height in inches, the unit that the host sends its models in.
+std::string EyeHeightText(float eyeHeight);
+
+// The two lines over the picture: seconds of the last base and antialiasing pass, and what the
+// scene holds.
+std::string StatisticsText(double basePassSeconds, double antialiasPassSeconds,
+                           std::int32_t triangleCount, std::int32_t materialCount);
+
+}  // namespace qv

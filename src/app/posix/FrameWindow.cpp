@@ -1,0 +1,52 @@
+#include "FrameWindow.h"
+
+#include <wx/menu.h>
+
+namespace qv {
+namespace {
+
+// Window managers do not tell when a border is let go: a size that stays that long counts as the
+// last one.
+constexpr int kSettleMilliseconds = 100;
+
+wxDEFINE_EVENT(EVT_FRAME_MESSAGE, wxThreadEvent);
+
+}  // namespace
+
+FrameWindow::FrameWindow(wxWindow* parent) : _MainFrame(parent), sizeSettled_(this) {
+  Bind(EVT_FRAME_MESSAGE, [this](wxThreadEvent& event) {
+    if (IsShown()) HandleFrameMessage(static_cast<std::uint32_t>(event.GetExtraLong()));
+  });
+  Bind(wxEVT_SIZE, &FrameWindow::OnSize, this);
+  Bind(
+      wxEVT_TIMER, [this](wxTimerEvent&) { OnSizeMoveExited(); }, sizeSettled_.GetId());
+}
+
+void FrameWindow::PostToSelf(std::uint32_t number) {
+  auto* event = new wxThreadEvent(EVT_FRAME_MESSAGE);
+  event->SetExtraLong(static_cast<long>(number));
+  QueueEvent(event);
+}
+
+void FrameWindow::OnSize(wxSizeEvent& event) {
+  event.Skip();
+  if (!sizeSettled_.IsRunning()) OnSizeMoveEntered();
+  sizeSettled_.StartOnce(kSettleMilliseconds);
+  OnFrameSize();
+}
+
+void FrameWindow::EnableFrame(bool enable) {
+  // The toolkit takes a disabled top-level window to be one that must not be closed either.
+  for (wxWindow* child : GetChildren()) {
+    if (!child->IsTopLevel()) child->Enable(enable);
+  }
+  if (wxMenuBar* menuBar = GetMenuBar()) {
+    for (size_t i = 0; i < menuBar->GetMenuCount(); ++i) menuBar->EnableTop(i, enable);
+  }
+}
+
+void* FrameWindow::NativeHandle() const {
+  return GetHandle();
+}
+
+}  // namespace qv

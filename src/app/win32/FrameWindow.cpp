@@ -1,0 +1,49 @@
+#include "FrameWindow.h"
+
+#include <windows.h>
+
+#include "app/FrameMessages.h"
+#include "link/HostMessages.h"
+
+namespace qv {
+
+FrameWindow::FrameWindow(wxWindow* parent) : _MainFrame(parent) {
+  Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+    event.Skip();
+    OnFrameSize();
+  });
+}
+
+void FrameWindow::PostToSelf(std::uint32_t number) {
+  ::PostMessageW(GetHWND(), number, 0, 0);
+}
+
+void FrameWindow::EnableFrame(bool enable) {
+  Enable(enable);
+}
+
+void* FrameWindow::NativeHandle() const {
+  return GetHWND();
+}
+
+WXLRESULT FrameWindow::MSWDefWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) {
+  if (!IsShown()) return _MainFrame::MSWDefWindowProc(message, wParam, lParam);
+  switch (message) {
+    case WM_ENTERSIZEMOVE:
+      OnSizeMoveEntered();
+      return 0;
+    case WM_EXITSIZEMOVE:
+      OnSizeMoveExited();
+      return 0;
+    case WM_VIEWER_UPDATE_STATUS:
+    case WM_VIEWER_RELEASE_SHARED:
+    case WM_VIEWER_REOPEN_SHARED:
+      HandleFrameMessage(message);
+      break;
+    default:
+      break;
+  }
+  return _MainFrame::MSWDefWindowProc(message, wParam, lParam);
+}
+
+}  // namespace qv

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+
+#include "ui/MainFrameBase.h"
+
+namespace qv {
+
+// The part of the main frame that depends on the windowing system: messages to itself, the end of a
+// change of size, and what it means that the frame is disabled. This is the one for Win32, where
+// all of it comes as window messages.
+class FrameWindow : public _MainFrame {
+ public:
+  explicit FrameWindow(wxWindow* parent);
+
+  // Has HandleFrameMessage called on the GUI thread soon, if the frame is visible then. Any thread.
+  void PostToSelf(std::uint32_t number);
+
+ protected:
+  virtual void HandleFrameMessage(std::uint32_t number) = 0;
+  // Around a change of size by dragging; OnFrameSize comes between.
+  virtual void OnSizeMoveEntered() = 0;
+  virtual void OnSizeMoveExited() = 0;
+  virtual void OnFrameSize() = 0;
+
+  // Disables or enables all that is in the frame. The frame itself stays closable.
+  void EnableFrame(bool enable);
+  // What the renderer is given as the window handle.
+  void* NativeHandle() const;
+
+  WXLRESULT MSWDefWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) override;
+};
+
+}  // namespace qv

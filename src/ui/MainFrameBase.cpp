@@ -1,0 +1,59 @@
+#include "ui/MainFrameBase.h"
+
+#include <wx/settings.h>
+#include <wx/sizer.h>
+
+#include "ui/CommandIds.h"
+#include "ui/Images.h"
+
+namespace qv {
+namespace {
+
+const wxSize kInitialSize(783, 602);
+const wxSize kToolSize(24, 24);
+
+}  // namespace
+
+_MainFrame::_MainFrame(wxWindow* parent)
+    : wxFrame(parent, wxID_ANY, "Quorvane", wxDefaultPosition, wxDefaultSize,
+              wxDEFAULT_FRAME_STYLE | wxTAB_TRAVERSAL) {
+  SetSize(FromDIP(kInitialSize));
+
+  toolBar_ = CreateToolBar(wxTB_HORIZONTAL | wxTB_FLAT);
+  AddTools();
+  statusBar_ = new StatusBar(this);
+  SetStatusBar(statusBar_);
+
+  view_ = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                      wxWANTS_CHARS | wxFULL_REPAINT_ON_RESIZE);
+  view_->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_APPWORKSPACE));
+  auto* sizer = new wxBoxSizer(wxVERTICAL);
+  sizer->Add(view_, wxSizerFlags(1).Expand());
+  SetSizer(sizer);
+  Layout();
+
+  BindEvents();
+}
+
+void _MainFrame::AddTools() {
+  toolBar_->SetToolBitmapSize(FromDIP(kToolSize));
+  toolBar_->AddTool(kIdCameraLink, _("Link camera to SketchUp"),
+                    LoadToolImage("CameraLink", kToolSize), wxBitmapBundle(), wxITEM_CHECK,
+                    wxString(), _("Always synchronize camera to SketchUp"));
+  toolBar_->AddTool(kIdSynchronizeCamera, _("Synchronize camera to SketchUp"),
+                    LoadToolImage("syncCamera", kToolSize), wxBitmapBundle(), wxITEM_NORMAL,
+                    wxString(), _("Synchronize camera to SketchUp"));
+  toolBar_->AddTool(kIdReloadData, _("Reload Data"), LoadToolImage("Reload", kToolSize));
+  toolBar_->Realize();
+}
+
+void _MainFrame::BindEvents() {
+  Bind(wxEVT_CLOSE_WINDOW, &_MainFrame::OnClose, this);
+  view_->Bind(wxEVT_ERASE_BACKGROUND, &_MainFrame::OnViewErase, this);
+  view_->Bind(wxEVT_PAINT, &_MainFrame::OnViewPaint, this);
+  Bind(wxEVT_TOOL, &_MainFrame::OnCameraLink, this, kIdCameraLink);
+  Bind(wxEVT_TOOL, &_MainFrame::OnSynchronizeCamera, this, kIdSynchronizeCamera);
+  Bind(wxEVT_TOOL, &_MainFrame::OnReloadData, this, kIdReloadData);
+}
+
+}  // namespace qv
