@@ -11,8 +11,8 @@
 
 #include "core/RenderCamera.h"
 #include "core/SceneRecords.h"
-#include "link/IpcInterfaceApp.h"
 #include "link/IQuorvane.h"
+#include "link/IpcInterfaceApp.h"
 
 namespace qv::host {
 
@@ -32,12 +32,16 @@ class HostSide {
   virtual std::optional<std::vector<std::byte>> Property(const std::string& name) = 0;
 };
 
-// The host's end of the link: the two events, the command area, the window that receives, and the viewer's process.
+// The host's end of the link: the two events, the command area, the window that receives, and the
+// viewer's process.
 //
-// Commands are synchronous and for one thread at a time; each returns false (or nothing) if the viewer has gone.
-// Messages of the viewer are answered meanwhile on a thread of the link's own. The command area grows when a record
-// needs more room, up to `maximumArea`; mesh data beyond that goes in several commands, split between triangles.
-// All named objects are gone when the HostLink is destroyed.
+// Commands are synchronous and for one thread at a time; each returns false (or nothing) if the
+// viewer has gone. Messages of the viewer are answered meanwhile on a thread of the link's own. The
+// command area grows when a record needs more room; mesh data that would need more than
+// `maximumArea` goes in several commands, split between triangles. After each change of the area
+// the viewer is asked for IsCameraLinked, which shows whether it follows. All named objects are
+// gone when the HostLink is destroyed; the viewer is not ended by that. There is one HostLink in a
+// process at a time, since the names carry its process id.
 class HostLink {
  public:
   struct Options {
@@ -50,19 +54,25 @@ class HostLink {
   static std::unique_ptr<HostLink> Create(HostSide& side) { return Create(side, Options()); }
   virtual ~HostLink() = default;
 
-  // Starts the viewer with this link's numbers on its command line, and what else is given after them.
+  // Starts the viewer with this link's numbers on its command line, and what else is given after
+  // them.
   virtual bool StartViewer(const std::string& path, const std::vector<std::string>& more = {}) = 0;
   virtual bool ViewerRunning() = 0;
   virtual std::uint32_t ViewerProcessId() const = 0;
   // The viewer's exit code once it has ended.
   virtual std::optional<int> WaitForViewer(std::optional<std::chrono::milliseconds> timeout) = 0;
   virtual void KillViewer() = 0;
+  // Ends every wait within a tenth of a second: from then on commands fail and no message is
+  // answered. Any thread; may be called by a signal handler.
+  virtual void Interrupt() = 0;
   // The two numbers of the command line.
   virtual std::uint32_t window() const = 0;
   virtual std::uint32_t processId() const = 0;
 
   virtual bool SceneComplete() = 0;
   virtual bool SetCamera(const RenderCamera& camera, bool showProgress) = 0;
+  // The index of the material; -1 if the viewer refused it. A texture's path that is too long for
+  // the link is left out, with a line in the log.
   virtual std::optional<std::int32_t> AddMaterial(const MaterialParameters& material) = 0;
   virtual bool AddPointLight(const Vec3& color, const Vec3& position) = 0;
   virtual bool AddSpotLight(const Vec3& color, const Vec3& position, const Vec3& direction,
@@ -81,12 +91,14 @@ class HostLink {
   virtual bool SetProgress(float value) = 0;
   virtual std::optional<bool> IsCameraLinked() = 0;
 
-  // One record as it is, for tests: copied to the start of the command area (grown if needed), the bell rung, the answer
-  // awaited. Gives the first `resultBytes` of the area afterwards, or nothing if the viewer has gone or `timeout` is over.
+  // One record as it is, for tests: copied to the start of the command area (grown if needed), the
+  // bell rung, the answer awaited. Gives the first `resultBytes` of the area afterwards, or nothing
+  // if the viewer has gone or `timeout` is over.
   virtual std::optional<std::vector<std::byte>> SendRecord(
       std::span<const std::byte> record, std::size_t resultBytes,
       std::optional<std::chrono::milliseconds> timeout = std::nullopt) = 0;
-  // Releases the command area in the viewer, makes it anew with that size, and has the viewer open it again.
+  // Releases the command area in the viewer, makes it anew with that size, and has the viewer open
+  // it again.
   virtual bool ResizeArea(std::size_t size) = 0;
 };
 
