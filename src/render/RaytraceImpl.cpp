@@ -93,8 +93,7 @@ struct RaytraceImpl::Parts {
   mutable std::mutex settingsMutex;
   ImageSettings image;
   LightSettings light;
-  std::atomic<bool> useAmbientOcclusion{true};
-  std::atomic<bool> useLEM{false};
+  ShadeSwitches switches;
 };
 
 RaytraceImpl::RaytraceImpl() : RaytraceImpl(Options()) {}
@@ -267,19 +266,25 @@ LightSettings RaytraceImpl::GetLightSettings() const {
 }
 
 void RaytraceImpl::SetUseAmbientOcclusion(bool use) {
-  parts_->useAmbientOcclusion = use;
+  const std::lock_guard lock(parts_->settingsMutex);
+  parts_->switches.useAmbientOcclusion = use;
+  parts_->engine.SetSwitches(parts_->switches);
 }
 
 bool RaytraceImpl::UseAmbientOcclusion() const {
-  return parts_->useAmbientOcclusion;
+  const std::lock_guard lock(parts_->settingsMutex);
+  return parts_->switches.useAmbientOcclusion;
 }
 
 void RaytraceImpl::SetUseLEM(bool use) {
-  parts_->useLEM = use;
+  const std::lock_guard lock(parts_->settingsMutex);
+  parts_->switches.useLEM = use;
+  parts_->engine.SetSwitches(parts_->switches);
 }
 
 bool RaytraceImpl::UseLEM() const {
-  return parts_->useLEM;
+  const std::lock_guard lock(parts_->settingsMutex);
+  return parts_->switches.useLEM;
 }
 
 void RaytraceImpl::ReadScreen(const std::function<void(const ScreenView&)>& read) const {

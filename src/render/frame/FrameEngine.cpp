@@ -71,6 +71,7 @@ void FrameEngine::Queue(const RenderCamera* camera, RenderMode mode, bool showPr
   showProgress_ = showProgress;
   pendingMode_ = mode;
   pendingLightFactors_ = lightFactors_;
+  pendingSwitches_ = switches_;
   const RenderState before = state_.exchange(RenderState::kQueued);
   if (before != RenderState::kNone && before != RenderState::kIdle) return;
   // A control thread that has set the state to idle touches nothing any more.
@@ -122,7 +123,9 @@ void FrameEngine::SetUpJob() {
 
   inputs_.scene = &scene_;
   inputs_.background = &background_.faces();
+  inputs_.directions = &directions_;
   inputs_.factors = pendingLightFactors_;
+  inputs_.switches = pendingSwitches_;
   inputs_.footprintScale = camera.fieldOfView / static_cast<float>(base_.height());
   inputs_.trace = {device_, &scene_, packetWidth_, inputs_.footprintScale};
   ReportProgress(1.0f);
@@ -253,6 +256,11 @@ void FrameEngine::SetAdjustment(const Adjustment& adjustment) {
 void FrameEngine::SetLightFactors(const LightFactorsInUse& factors) {
   const std::lock_guard lock(lock_);
   lightFactors_ = factors;
+}
+
+void FrameEngine::SetSwitches(const ShadeSwitches& switches) {
+  const std::lock_guard lock(lock_);
+  switches_ = switches;
 }
 
 void FrameEngine::ReadScreen(const std::function<void(const ScreenImage&)>& read) const {

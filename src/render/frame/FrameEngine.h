@@ -60,7 +60,9 @@ class FrameEngine {
   int Height() const { return base_.height(); }
 
   void SetAdjustment(const Adjustment& adjustment);
+  // Both act from the next StartRender on.
   void SetLightFactors(const LightFactorsInUse& factors);
+  void SetSwitches(const ShadeSwitches& switches);
   void ComposeImage(bool useAntialiasData);
 
   void ReadScreen(const std::function<void(const ScreenImage&)>& read) const;
@@ -101,6 +103,8 @@ class FrameEngine {
   RenderMode pendingMode_ = ModeMotion;
   LightFactorsInUse lightFactors_;
   LightFactorsInUse pendingLightFactors_;
+  ShadeSwitches switches_;
+  ShadeSwitches pendingSwitches_;
   bool showProgress_ = false;
 
   // Cameras have a lock of their own, so that nobody waits for a scene's set-up to read one.
@@ -110,6 +114,7 @@ class FrameEngine {
 
   // The job in hand: control thread only.
   RenderMode activeMode_ = ModeMotion;
+  const SampleDirections directions_;
   ShadeInputs inputs_;
   PacketPool packets_;
   EdgeMask edgeMask_;

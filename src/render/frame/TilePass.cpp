@@ -10,6 +10,12 @@
 #include "render/trace/VectorOps.h"
 
 namespace qv {
+namespace {
+
+// How far apart the random draws of neighbouring tiles begin.
+constexpr std::uint32_t kDrawsPerTile = 61;
+
+}  // namespace
 
 TilePass::TilePass(const PassSetup& setup, PacketPool& pool)
     : setup_(setup), pool_(pool), tiles_(setup.target->width(), setup.target->height()) {}
@@ -21,19 +27,20 @@ void TilePass::Run(int threadCount) {
   for (std::thread& worker : workers) worker.join();
 }
 
-void TilePass::Work(int thread) {
+void TilePass::Work(int index) {
   platform::LowerCurrentThreadPriority();
   const FloatingPointMode mode;
-  ThreadPackets packets;
-  pool_.Refill(thread, packets);
+  ShadeThread thread;
+  pool_.Refill(index, thread.packets);
   while (!Abandoned()) {
     const std::int32_t i = nextTile_.fetch_add(1, std::memory_order_relaxed) + 1;
     Report(i);
     if (i >= tiles_.TileCount()) break;
     const TilePosition tile = tiles_.TileToPosition(i);
     if (!tiles_.Contains(tile) || !IsWanted(tile)) continue;
-    const PacketLease packet(packets);
-    TraceTile(tile, *packet, packets);
+    const PacketLease packet(thread.packets);
+    thread.nextDraw = static_cast<std::uint32_t>(i) * kDrawsPerTile;
+    TraceTile(tile, *packet, thread);
     if (Abandoned()) return;
     CopyTile(tile, *packet);
   }
@@ -60,8 +67,7 @@ bool TilePass::IsWanted(const TilePosition& tile) const {
   return setup_.mask->AnyIn(side * tile.x, side * tile.y, side, side);
 }
 
-void TilePass::TraceTile(const TilePosition& tile, RayPacket& packet,
-                         ThreadPackets& packets) const {
+void TilePass::TraceTile(const TilePosition& tile, RayPacket& packet, ShadeThread& thread) const {
   const PixelRays& rays = setup_.target->rays;
   for (auto& channel : packet.color) std::fill_n(channel, kLanes, 0.0f);
   std::fill_n(packet.distance, kLanes, 0.0f);
@@ -73,7 +79,7 @@ void TilePass::TraceTile(const TilePosition& tile, RayPacket& packet,
   TileDirections(rays, tile.x * kTileSide, tile.y * kTileSide, packet.direction);
   NormaliseDirections(packet.direction);
   TraceClosest(setup_.in->trace, packet);
-  ShadePacket(*setup_.in, packet, packets, 0, false);
+  ShadePacket(*setup_.in, packet, thread, 0, false);
 }
 
 void TilePass::CopyTile(const TilePosition& tile, const RayPacket& packet) const {

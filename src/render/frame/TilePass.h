@@ -8,6 +8,7 @@
 #include "render/frame/HilbertTiles.h"
 #include "render/frame/RenderTarget.h"
 #include "render/shade/ShadeInputs.h"
+#include "render/shade/ShadeThread.h"
 #include "render/trace/ThreadPackets.h"
 
 namespace qv {
@@ -36,12 +37,12 @@ class TilePass {
   void Run(int threadCount);
 
  private:
-  void Work(int thread);
+  void Work(int index);
   void Report(std::int32_t tile) const;
   bool Abandoned() const;
   // False for a tile without a marked pixel.
   bool IsWanted(const TilePosition& tile) const;
-  void TraceTile(const TilePosition& tile, RayPacket& packet, ThreadPackets& packets) const;
+  void TraceTile(const TilePosition& tile, RayPacket& packet, ShadeThread& thread) const;
   void CopyTile(const TilePosition& tile, const RayPacket& packet) const;
 
   const PassSetup& setup_;

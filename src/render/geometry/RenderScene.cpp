@@ -1,5 +1,6 @@
 #include "render/geometry/RenderScene.h"
 
+#include <algorithm>
 #include <limits>
 #include <mutex>
 #include <string>
@@ -109,6 +110,7 @@ void RenderScene::Build(void* userData) {
     }
     triangleCount_ += static_cast<std::int32_t>(mesh->TriangleCount());
   }
+  SampleLEMLights(lemLights_);
   sceneBusy = false;
 }
 

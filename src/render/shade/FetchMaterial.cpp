@@ -10,6 +10,7 @@ namespace {
 constexpr float kLeastDiffuse = 0.02f;
 constexpr float kLeastExponent = 0.05f;
 constexpr float kOpaque = 0.99f;
+constexpr float kLeastBump = 0.001f;
 
 // Which side of which triangle a lane has hit.
 struct SurfaceSide {
@@ -65,6 +66,36 @@ float FootprintOf(const ShadeInputs& in, const SurfaceSide& s, const RayPacket& 
          s.mesh->TexelScales()[s.triangle].side[s.side] / -incidence;
 }
 
+// The texture read as a relief.
+float HeightOf(const TexelColor& texel) {
+  return std::fmax(texel.c[0], std::fmax(texel.c[1], texel.c[2]));
+}
+
+// Bends the normal by the relief of the texture. Both neighbours lie in the v direction, one texel
+// of the width and one of the height away: that is how the relief is read.
+void BendNormal(const SurfaceSide& s, const MipSelection& selection, const TexelColor& texel,
+                RayPacket& packet, int lane) {
+  const RenderTexture& texture = s.material->texture;
+  const TextureMip& mip = texture.mips[selection.level];
+  const float u = packet.texU[lane];
+  const float v = 1 - packet.texV[lane];
+  const float height = HeightOf(texel);
+  const float alongU = HeightOf(SampleMips(texture, selection, u, v + mip.invWidth)) - height;
+  const float alongV = HeightOf(SampleMips(texture, selection, u, v + mip.invHeight)) - height;
+
+  const TangentFrame::Side& frame = s.mesh->TangentFrames()[s.triangle].side[s.side];
+  const Eigen::Map<const Vec3> tangent(frame.tangent);
+  Vec3 bitangent = Eigen::Map<const Vec3>(frame.bitangent);
+  if (s.side == 1) bitangent = -bitangent;
+  const Vec3 normal(packet.normal[0][lane], packet.normal[1][lane], packet.normal[2][lane]);
+  const float factor = s.material->bumpFactor;
+  Vec3 bent = normal + factor * alongU * tangent + factor * alongV * bitangent;
+  const float squared = bent.squaredNorm();
+  if (squared > 0) bent /= std::sqrt(squared);
+  if (normal.dot(bent) < 0) bent = -bent;
+  for (int axis = 0; axis < 3; ++axis) packet.normal[axis][lane] = bent[axis];
+}
+
 void FetchDiffuse(const ShadeInputs& in, const SurfaceSide& s, RayPacket& packet, int lane) {
   packet.alpha[lane] = 1;
   if (!s.material->hasTexture) {
@@ -77,6 +108,7 @@ void FetchDiffuse(const ShadeInputs& in, const SurfaceSide& s, RayPacket& packet
   const TexelColor texel = SampleMips(texture, mip, packet.texU[lane], 1 - packet.texV[lane]);
   for (int c = 0; c < 3; ++c) packet.diffuse[c][lane] = texel.c[c];
   packet.alpha[lane] = texel.c[3];
+  if (!(s.material->bumpFactor < kLeastBump)) BendNormal(s, mip, texel, packet, lane);
 }
 
 void FetchFactors(const RenderMaterial& m, RayPacket& packet, int lane, bool forceMirror) {

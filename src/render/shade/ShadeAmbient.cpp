@@ -1,3 +1,4 @@
+#include "render/shade/LaneFill.h"
 #include "render/shade/ShadePacket.h"
 #include "render/trace/VectorOps.h"
 
@@ -9,29 +10,102 @@ constexpr float kAmbientWeight = 0.5f;
 constexpr float kWhite[3] = {1, 1, 1};
 constexpr float kAmbientColor[3] = {0.8784314f, 0.9882353f, 1.0f};
 
+// How far something may stand off and still take ambient light away, in model units.
+constexpr float kOcclusionReach = 20.0f;
+// Occlusion rays go out from what the eye sees and from the first surface behind or mirrored in it.
+constexpr int kOcclusionDepth = 2;
+
+bool ShownWhenStill(RenderPass pass) {
+  return pass == PassFull || pass == PassAntialias;
+}
+
 // The ambient light comes from where the surface faces.
-void AddSkyAmbient(const ShadeInputs& in, const LaneFloats& weight, RayPacket& packet) {
+void AddSkyAmbient(const ShadeInputs& in, const LaneInts& mask, float factor,
+                   const LaneFloats& weight, RayPacket& packet) {
   for (int lane = 0; lane < kLanes; ++lane) {
-    if (packet.geometry[lane] < 0) continue;
+    if (mask[lane] < 0) continue;
     const Vec3 sky = in.background->Sample(
         {packet.normal[0][lane], packet.normal[1][lane], packet.normal[2][lane]});
     for (int c = 0; c < 3; ++c) {
-      packet.color[c][lane] += kAmbientWeight * weight[lane] * packet.diffuse[c][lane] * sky[c];
+      packet.color[c][lane] += factor * weight[lane] * packet.diffuse[c][lane] * sky[c];
     }
+  }
+}
+
+// color += factor * weight * diffuse * ambient colour
+void AddAmbient(const ShadeInputs& in, const LaneInts& mask, float factor, const LaneFloats& weight,
+                RayPacket& packet) {
+  if (in.factors.useSkyColorForAmbient) {
+    AddSkyAmbient(in, mask, factor, weight, packet);
+  } else {
+    AddScaled(packet.color, mask, factor, weight, packet.diffuse, kAmbientColor);
+  }
+}
+
+// What each lane sees of its surroundings within reach: from 0.5, when every direction is blocked,
+// to 1.
+void MeasureOpenness(const ShadeInputs& in, const RayPacket& packet, RayPacket& rays) {
+  LaneFloats& openness = rays.throughput;
+  Fill(openness, 0.5f);
+  for (const Vec3& direction : in.directions->occlusion) {
+    const float v[3] = {direction.x(), direction.y(), direction.z()};
+    RotateFromUp(v, packet.normal, packet.geometry, rays.lightDirection);
+    Copy(packet.geometry, rays.lightMask);
+    TraceVisibility(in.trace, packet.position, rays.lightDirection, kOcclusionReach, rays.lightMask,
+                    rays.lightColor[0]);
+    for (int lane = 0; lane < kLanes; ++lane) {
+      const float visible = rays.lightMask[lane] >= 0 ? rays.lightColor[0][lane] : 0.0f;
+      openness[lane] += visible * (1.0f / (2 * SampleDirections::kOcclusion));
+    }
+  }
+}
+
+void AddOccludedAmbient(const ShadeInputs& in, const LaneFloats& weight, RayPacket& packet,
+                        ShadeThread& thread) {
+  const PacketLease rays(thread.packets);
+  MeasureOpenness(in, packet, *rays);
+  alignas(64) LaneFloats occluded;
+  Products(weight, rays->throughput, packet.geometry, occluded);
+  AddAmbient(in, packet.geometry, kAmbientWeight * in.factors.ambient, occluded, packet);
+}
+
+// Surfaces with a lightmap show its light; the others the plain ambient term.
+void AddLightmapAmbient(const ShadeInputs& in, const LaneFloats& weight, RayPacket& packet) {
+  alignas(64) LaneInts mapped;
+  alignas(64) LaneInts plain;
+  for (int lane = 0; lane < kLanes; ++lane) {
+    const std::int32_t geometry = packet.geometry[lane];
+    const bool hasMap = geometry >= 0 && in.scene->Meshes()[geometry]->LightmapCoords() != nullptr;
+    mapped[lane] = hasMap ? geometry : -1;
+    plain[lane] = hasMap ? -1 : geometry;
+  }
+  AddAmbient(in, plain, kAmbientWeight * in.factors.ambient, weight, packet);
+  alignas(64) LaneFloats scaled;
+  for (int lane = 0; lane < kLanes; ++lane) scaled[lane] = weight[lane] * in.factors.ambient;
+  AddProducts(packet.color, mapped, scaled, packet.diffuse, packet.lightmap);
+}
+
+// Without the factor of the light panel: so it stands.
+void AddPlainAmbient(const ShadeInputs& in, const LaneFloats& weight, RayPacket& packet) {
+  if (in.pass == PassPreview) {
+    AddScaled(packet.color, packet.geometry, kPreviewWeight, weight, packet.diffuse, kWhite);
+  } else {
+    AddAmbient(in, packet.geometry, kAmbientWeight, weight, packet);
   }
 }
 
 }  // namespace
 
-void ShadeAmbient(const ShadeInputs& in, RayPacket& packet) {
+void ShadeAmbient(const ShadeInputs& in, RayPacket& packet, ShadeThread& thread, int depth) {
   alignas(64) LaneFloats weight;
   Products(packet.throughput, packet.alpha, packet.geometry, weight);
-  if (in.pass == PassPreview) {
-    AddScaled(packet.color, packet.geometry, kPreviewWeight, weight, packet.diffuse, kWhite);
-  } else if (in.factors.useSkyColorForAmbient) {
-    AddSkyAmbient(in, weight, packet);
+  const ShadeSwitches& use = in.switches;
+  if (ShownWhenStill(in.pass) && use.useLightmap) {
+    AddLightmapAmbient(in, weight, packet);
+  } else if (ShownWhenStill(in.pass) && use.useAmbientOcclusion && depth < kOcclusionDepth) {
+    AddOccludedAmbient(in, weight, packet, thread);
   } else {
-    AddScaled(packet.color, packet.geometry, kAmbientWeight, weight, packet.diffuse, kAmbientColor);
+    AddPlainAmbient(in, weight, packet);
   }
 }
 

@@ -2,7 +2,7 @@
 
 #include "render/RenderModes.h"
 #include "render/geometry/RenderScene.h"
-#include "render/trace/ThreadPackets.h"
+#include "render/shade/SampleDirections.h"
 #include "render/trace/TraceKernels.h"
 #include "sky/CubeFaces.h"
 
@@ -14,13 +14,23 @@ struct LightFactorsInUse {
   bool useSkyColorForAmbient = false;
 };
 
+// What the user has switched on; taken over with the factors.
+struct ShadeSwitches {
+  bool useAmbientOcclusion = true;
+  bool useLEM = false;
+  bool useLightmap = false;
+  bool lightmapHasLEM = false;  // the lightmaps already hold the light of the LEM lights
+};
+
 // All that shading reads besides the packets; constant while a pass runs.
 struct ShadeInputs {
   const RenderScene* scene = nullptr;
   const sky::CubeFaces* background = nullptr;
+  const SampleDirections* directions = nullptr;
   TraceTarget trace;
   RenderPass pass = PassFull;
   LightFactorsInUse factors;
+  ShadeSwitches switches;
   float footprintScale = 0;  // field of view / height of the base picture
 };
 

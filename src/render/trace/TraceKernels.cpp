@@ -110,15 +110,28 @@ void TraceClosestLane(const TraceTarget& target, RayPacket& packet, int lane) {
            query.hit.v);
 }
 
-void StoreShadow(int lane, float tfar, float attenuation, LaneInts& mask,
-                 LaneFloats (&lightColor)[3]) {
+// What becomes of the light that is left of a shadow ray.
+struct DimLight {
+  LaneFloats (&lightColor)[3];
+  void Store(int lane, float attenuation) const {
+    for (auto& channel : lightColor) channel[lane] *= attenuation;
+  }
+};
+
+struct KeepVisibility {
+  LaneFloats& visibility;
+  void Store(int lane, float attenuation) const { visibility[lane] = attenuation; }
+};
+
+template <class Result>
+void StoreShadow(int lane, float tfar, float attenuation, LaneInts& mask, const Result& result) {
   // The ray library tells an occluded ray by a tfar of minus infinity.
   if (tfar < 0) {
     mask[lane] = -1;
     return;
   }
   mask[lane] = 0;
-  for (auto& channel : lightColor) channel[lane] *= attenuation;
+  result.Store(lane, attenuation);
 }
 
 // Where shadow rays start: all in one point, or each lane in its own.
@@ -136,9 +149,9 @@ struct EachLane {
   float Of(int lane, int axis) const { return origin[axis][lane]; }
 };
 
-template <class Origins>
+template <class Origins, class Result>
 void TraceShadowBlock(const TraceTarget& target, const Origins& origins, const LaneFloats (&d)[3],
-                      float tfar, int block, LaneInts& mask, LaneFloats (&lightColor)[3]) {
+                      float tfar, int block, LaneInts& mask, const Result& result) {
   alignas(32) int valid[8];
   if (!Valid(mask, block, valid)) return;
   alignas(32) RTCRay8 ray;
@@ -162,13 +175,13 @@ void TraceShadowBlock(const TraceTarget& target, const Origins& origins, const L
   DropError(target.device);
   for (int i = 0; i < 8; ++i) {
     if (valid[i] == 0) continue;
-    StoreShadow(LaneOf(block, i), ray.tfar[i], context.attenuation[i], mask, lightColor);
+    StoreShadow(LaneOf(block, i), ray.tfar[i], context.attenuation[i], mask, result);
   }
 }
 
-template <class Origins>
+template <class Origins, class Result>
 void TraceShadowLane(const TraceTarget& target, const Origins& origins, const LaneFloats (&d)[3],
-                     float tfar, int lane, LaneInts& mask, LaneFloats (&lightColor)[3]) {
+                     float tfar, int lane, LaneInts& mask, const Result& result) {
   RTCRay ray{};
   ray.org_x = origins.Of(lane, 0);
   ray.org_y = origins.Of(lane, 1);
@@ -182,20 +195,20 @@ void TraceShadowLane(const TraceTarget& target, const Origins& origins, const La
   InitShadowContext(context, *target.scene, target.footprintScale);
   rtcOccluded1(target.scene->EmbreeScene(), &context.context, &ray);
   DropError(target.device);
-  StoreShadow(lane, ray.tfar, context.attenuation[0], mask, lightColor);
+  StoreShadow(lane, ray.tfar, context.attenuation[0], mask, result);
 }
 
-template <class Origins>
+template <class Origins, class Result>
 void TraceShadowRays(const TraceTarget& target, const Origins& origins, const LaneFloats (&d)[3],
-                     float tfar, LaneInts& mask, LaneFloats (&lightColor)[3]) {
+                     float tfar, LaneInts& mask, const Result& result) {
   if (target.packetWidth == 8) {
     for (int block = 0; block < kBlocks; ++block) {
-      TraceShadowBlock(target, origins, d, tfar, block, mask, lightColor);
+      TraceShadowBlock(target, origins, d, tfar, block, mask, result);
     }
     return;
   }
   for (int lane = 0; lane < kLanes; ++lane) {
-    if (mask[lane] >= 0) TraceShadowLane(target, origins, d, tfar, lane, mask, lightColor);
+    if (mask[lane] >= 0) TraceShadowLane(target, origins, d, tfar, lane, mask, result);
   }
 }
 
@@ -213,12 +226,17 @@ void TraceClosest(const TraceTarget& target, RayPacket& packet) {
 
 void TraceShadowFromPoint(const TraceTarget& target, const float (&point)[3],
                           const LaneFloats (&d)[3], LaneInts& mask, LaneFloats (&lightColor)[3]) {
-  TraceShadowRays(target, OnePoint{point}, d, kToSurface, mask, lightColor);
+  TraceShadowRays(target, OnePoint{point}, d, kToSurface, mask, DimLight{lightColor});
 }
 
 void TraceShadow(const TraceTarget& target, const LaneFloats (&origin)[3], const LaneFloats (&d)[3],
                  float tfar, LaneInts& mask, LaneFloats (&lightColor)[3]) {
-  TraceShadowRays(target, EachLane{origin}, d, tfar, mask, lightColor);
+  TraceShadowRays(target, EachLane{origin}, d, tfar, mask, DimLight{lightColor});
+}
+
+void TraceVisibility(const TraceTarget& target, const LaneFloats (&origin)[3],
+                     const LaneFloats (&d)[3], float tfar, LaneInts& mask, LaneFloats& visibility) {
+  TraceShadowRays(target, EachLane{origin}, d, tfar, mask, KeepVisibility{visibility});
 }
 
 }  // namespace qv

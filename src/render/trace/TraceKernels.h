@@ -34,4 +34,9 @@ void TraceShadowFromPoint(const TraceTarget& target, const float (&point)[3],
 void TraceShadow(const TraceTarget& target, const LaneFloats (&origin)[3], const LaneFloats (&d)[3],
                  float tfar, LaneInts& mask, LaneFloats (&lightColor)[3]);
 
+// The same, giving only what is left of the light: `visibility` is written where the mask stays at
+// 0.
+void TraceVisibility(const TraceTarget& target, const LaneFloats (&origin)[3],
+                     const LaneFloats (&d)[3], float tfar, LaneInts& mask, LaneFloats& visibility);
+
 }  // namespace qv

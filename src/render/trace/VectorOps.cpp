@@ -199,6 +199,28 @@ void AddProducts(LaneFloats (&color)[3], const LaneInts& mask, const LaneFloats&
   });
 }
 
+// The rotation matrix from +z to n, with k = 1 / (1 + n.z):
+// (1 - k x x, -k x y, x), (-k x y, 1 - k y y, y), (-x, -y, z).
+void RotateFromUp(const float (&v)[3], const LaneFloats (&normal)[3], const LaneInts& mask,
+                  LaneFloats (&out)[3]) {
+  constexpr float kOpposite = 1e-6f;
+  const Floats d;
+  const V3 a = Splat3(v);
+  const V one = hn::Set(d, 1.0f);
+  ForLanes([&](int i) HWY_ATTR {
+    const V3 n = Load3(normal, i);
+    const V denominator = hn::Add(one, n.z);
+    const M opposite = hn::Lt(denominator, hn::Set(d, kOpposite));
+    const V k = hn::Div(one, denominator);
+    const V along = hn::Mul(k, hn::Add(hn::Mul(n.x, a.x), hn::Mul(n.y, a.y)));
+    const V3 turned{hn::Add(hn::Sub(a.x, hn::Mul(along, n.x)), hn::Mul(n.x, a.z)),
+                    hn::Add(hn::Sub(a.y, hn::Mul(along, n.y)), hn::Mul(n.y, a.z)),
+                    hn::Sub(hn::Mul(n.z, a.z), hn::Add(hn::Mul(n.x, a.x), hn::Mul(n.y, a.y)))};
+    const V3 half{a.x, hn::Neg(a.y), hn::Neg(a.z)};
+    Store3(Select(Active(mask, i), Select(opposite, half, turned), Load3(out, i)), out, i);
+  });
+}
+
 bool AnyActive(const LaneInts& mask) {
   const Ints di;
   auto all = hn::Set(di, -1);
@@ -227,6 +249,7 @@ HWY_EXPORT(DirectionalLightVectors);
 HWY_EXPORT(AddScaled);
 HWY_EXPORT(Products);
 HWY_EXPORT(AddProducts);
+HWY_EXPORT(RotateFromUp);
 HWY_EXPORT(AnyActive);
 HWY_EXPORT(VectorInstructionSet);
 
@@ -275,6 +298,11 @@ void Products(const LaneFloats& a, const LaneFloats& b, const LaneInts& mask, La
 void AddProducts(LaneFloats (&color)[3], const LaneInts& mask, const LaneFloats& weight,
                  const LaneFloats (&a)[3], const LaneFloats (&b)[3]) {
   HWY_DYNAMIC_DISPATCH(AddProducts)(color, mask, weight, a, b);
+}
+
+void RotateFromUp(const float (&v)[3], const LaneFloats (&normal)[3], const LaneInts& mask,
+                  LaneFloats (&out)[3]) {
+  HWY_DYNAMIC_DISPATCH(RotateFromUp)(v, normal, mask, out);
 }
 
 bool AnyActive(const LaneInts& mask) {

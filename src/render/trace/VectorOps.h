@@ -48,6 +48,11 @@ void Products(const LaneFloats& a, const LaneFloats& b, const LaneInts& mask, La
 void AddProducts(LaneFloats (&color)[3], const LaneInts& mask, const LaneFloats& weight,
                  const LaneFloats (&a)[3], const LaneFloats (&b)[3]);
 
+// Turns one direction by the shortest-arc rotations from +z to each lane's unit normal; for a
+// normal of -z by half a turn about x.
+void RotateFromUp(const float (&v)[3], const LaneFloats (&normal)[3], const LaneInts& mask,
+                  LaneFloats (&out)[3]);
+
 // True if a lane is active.
 bool AnyActive(const LaneInts& mask);
 
