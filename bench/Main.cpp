@@ -1,13 +1,97 @@
+// quorvane-bench [--json FILE] [--model FILE] [--size WxH]: what the renderer makes of the
+// processor, as ratios to bare loops over the ray library in the same run.
+#include <climits>
 #include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <optional>
+#include <string>
 
+#include "ModelScene.h"
 #include "RenderBench.h"
+#include "Report.h"
+#include "ViewerBench.h"
+#include "render/trace/VectorOps.h"
 
-int main() {
-  using namespace qv::bench;
-  const BenchScene scene = MillionTriangles();
-  const RenderFigures f = MeasureRendering(scene, 1280, 720, 7);
+namespace {
+
+using namespace qv::bench;
+
+struct Options {
+  std::string json;
+  std::string house = "/usr/share/assimp/models/IFC/AC14-FZK-Haus.ifc";
+  int width = 1280;
+  int height = 720;
+};
+
+std::optional<Options> ParseOptions(int argc, char** argv) {
+  Options options;
+  for (int i = 1; i < argc; ++i) {
+    const std::string name = argv[i];
+    const char* value = i + 1 < argc ? argv[++i] : nullptr;
+    if (value == nullptr) return std::nullopt;
+    if (name == "--json") {
+      options.json = value;
+    } else if (name == "--model") {
+      options.house = value;
+    } else if (name == "--size" &&
+               std::sscanf(value, "%dx%d", &options.width, &options.height) == 2) {
+      if (options.width < 1 || options.height < 1) return std::nullopt;
+    } else {
+      return std::nullopt;
+    }
+  }
+  return options;
+}
+
+void MeasureScene(const BenchScene& scene, const Options& options, Figures& figures) {
+  constexpr int kRuns = 11;
+  const RenderFigures f = MeasureRendering(scene, options.width, options.height, kRuns);
+  std::printf("%-8s %9zu triangles  preview %7.2f of %7.2f Mrays/s  ratio %.3f\n",
+              scene.name.c_str(), scene.TriangleCount(), f.previewRate / 1e6,
+              f.bareIntersectRate / 1e6, f.previewRatio);
+  std::printf("%-8s %9s            shadow  %7.2f of %7.2f Mrays/s  ratio %.3f\n", "", "",
+              f.shadowRate / 1e6, f.bareOccludedRate / 1e6, f.shadowRatio);
+  std::fflush(stdout);
+  figures.emplace_back(scene.name + ".preview.ratio", f.previewRatio);
+  figures.emplace_back(scene.name + ".shadow.ratio", f.shadowRatio);
+}
+
+bool MeasureInViewer(const BenchScene& scene, const std::string& viewer, Figures& figures) {
+  const auto f = MeasureViewer(scene, viewer);
+  if (!f) {
+    std::fprintf(stderr, "quorvane-bench: the viewer showed no picture of %s\n",
+                 scene.name.c_str());
+    return false;
+  }
   std::printf(
-      "%s: preview %.2f Mrays/s, bare %.2f, ratio %.3f; shadow %.2f, bare %.2f, ratio %.3f\n",
-      scene.name.c_str(), f.previewRate / 1e6, f.bareIntersectRate / 1e6, f.previewRatio,
-      f.shadowRate / 1e6, f.bareOccludedRate / 1e6, f.shadowRatio);
+      "%-8s in the viewer: %.0f bytes a triangle, first preview %.3f s after the last byte\n",
+      scene.name.c_str(), f->bytesPerTriangle, f->firstPreviewSeconds);
+  figures.emplace_back(scene.name + ".bytes_per_triangle", f->bytesPerTriangle);
+  figures.emplace_back(scene.name + ".first_preview_s", f->firstPreviewSeconds);
+  return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const auto options = ParseOptions(argc, argv);
+  if (!options) {
+    std::fprintf(stderr, "usage: quorvane-bench [--json FILE] [--model FILE] [--size WxH]\n");
+    return 2;
+  }
+  std::printf("vector operations: %s\n", qv::VectorInstructionSet());
+  Figures figures;
+  const auto house = ModelScene("house", options->house);
+  if (!house) return 1;
+  MeasureScene(*house, *options, figures);
+  const BenchScene million = MillionTriangles();
+  MeasureScene(million, *options, figures);
+  const auto viewer = std::filesystem::absolute(argv[0]).parent_path() / "quorvane";
+  if (!MeasureInViewer(million, viewer.string(), figures)) return 1;
+  if (!options->json.empty() && !WriteJson(figures, options->json)) {
+    std::fprintf(stderr, "quorvane-bench: cannot write %s\n", options->json.c_str());
+    return 1;
+  }
+  return 0;
 }

@@ -38,6 +38,8 @@ class Bench {
       scene_.EndMesh();
     }
     scene_.Build(nullptr);
+    // The sun's shadow rays alone are compared.
+    engine_.SetSwitches({.useAmbientOcclusion = false});
     camera_ = scene.camera;
     RunPreview();
   }

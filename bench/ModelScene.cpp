@@ -1,0 +1,28 @@
+#include "ModelScene.h"
+
+#include <cstdio>
+
+#include "host/model/LoadModel.h"
+#include "host/model/StartView.h"
+
+namespace qv::bench {
+
+std::optional<BenchScene> ModelScene(const std::string& name, const std::string& path) {
+  // Where the light comes from decides only which sides of the model the start view shows.
+  const Vec3 sunlight(0.45f, 0.55f, -0.7f);
+  host::LoadResult loaded = host::LoadModel(path);
+  if (!loaded.scene) {
+    std::fprintf(stderr, "quorvane-bench: %s: %s\n", path.c_str(), loaded.error.c_str());
+    return std::nullopt;
+  }
+  BenchScene scene;
+  scene.name = name;
+  scene.materials = loaded.scene->materials;
+  for (const host::SceneMesh& mesh : loaded.scene->meshes) {
+    scene.meshes.push_back({mesh.vertices, mesh.triangles});
+  }
+  scene.camera = host::StartView(*loaded.scene, sunlight, {});
+  return scene;
+}
+
+}  // namespace qv::bench
