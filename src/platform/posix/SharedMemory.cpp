@@ -32,11 +32,17 @@ std::size_t FileSize(const Descriptor& file) {
   return static_cast<std::size_t>(status.st_size);
 }
 
-// Also takes the memory from the system, so that a full one refuses here and not with a signal at
-// the first write.
-bool SetFileSize(const Descriptor& file, std::size_t size) {
-  return size > 0 && size <= static_cast<std::size_t>(std::numeric_limits<off_t>::max()) &&
+constexpr auto kLargestFile = static_cast<std::size_t>(std::numeric_limits<off_t>::max());
+
+// The file system of named objects has a limit of its own, so the memory is taken from it at once:
+// a full one refuses here and not with a signal at the first write.
+bool ReserveNamed(const Descriptor& file, std::size_t size) {
+  return size > 0 && size <= kLargestFile &&
          posix_fallocate(file.get(), 0, static_cast<off_t>(size)) == 0;
+}
+
+bool SizeUnnamed(const Descriptor& file, std::size_t size) {
+  return size > 0 && size <= kLargestFile && ftruncate(file.get(), static_cast<off_t>(size)) == 0;
 }
 
 bool IsMemoryFile(const Descriptor& file) {
@@ -85,7 +91,7 @@ SharedMemory SharedMemory::Create(const std::string& name, std::size_t size) {
   auto impl = std::make_unique<Impl>();
   impl->name = path;
   impl->file = std::move(file);
-  if (SetFileSize(impl->file, size) && impl->Map()) memory.impl_ = std::move(impl);
+  if (ReserveNamed(impl->file, size) && impl->Map()) memory.impl_ = std::move(impl);
   return memory;
 }
 
@@ -101,7 +107,7 @@ SharedMemory SharedMemory::CreateUnnamed(std::size_t size) {
   SharedMemory memory;
   auto impl = std::make_unique<Impl>();
   impl->file = Descriptor(memfd_create("QV_Record", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-  if (!impl->file || !SetFileSize(impl->file, size) || !KeepsItsSize(impl->file)) return memory;
+  if (!impl->file || !SizeUnnamed(impl->file, size) || !KeepsItsSize(impl->file)) return memory;
   if (impl->Map()) memory.impl_ = std::move(impl);
   return memory;
 }
