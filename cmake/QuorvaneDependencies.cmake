@@ -25,6 +25,12 @@ if(NOT QUORVANE_LINK_ONLY)
   target_link_libraries(quorvane_wx INTERFACE ${wxWidgets_LIBRARIES})
 endif()
 
+if(QUORVANE_HOST AND NOT QUORVANE_LINK_ONLY)
+  # Not by assimp's own CMake files, which name targets of libraries that their packages do not offer.
+  pkg_check_modules(assimp REQUIRED IMPORTED_TARGET assimp>=5.2)
+  find_package(nlohmann_json 3.11 REQUIRED)
+endif()
+
 if(QUORVANE_TESTS)
   find_package(GTest REQUIRED)
 endif()

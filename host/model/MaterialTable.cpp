@@ -1,0 +1,69 @@
+#include "host/model/MaterialTable.h"
+
+#include <array>
+#include <limits>
+
+namespace qv::host {
+namespace {
+
+// All that tells materials apart, as bytes.
+std::string BytesOf(const MaterialParameters& m) {
+  const std::array<float, 17> numbers = {m.ambientColor.x(),
+                                         m.ambientColor.y(),
+                                         m.ambientColor.z(),
+                                         m.diffuseColor.x(),
+                                         m.diffuseColor.y(),
+                                         m.diffuseColor.z(),
+                                         m.specularColor.x(),
+                                         m.specularColor.y(),
+                                         m.specularColor.z(),
+                                         m.diffuseFactor,
+                                         m.specularExponent,
+                                         m.reflectance,
+                                         m.glossy,
+                                         m.refractiveIndex,
+                                         m.shadingFlag,
+                                         m.opacity,
+                                         m.bumpFactor};
+  std::string bytes(reinterpret_cast<const char*>(numbers.data()), sizeof numbers);
+  if (m.hasTexture) bytes += m.texturePath;
+  return bytes;
+}
+
+float Distance(const MaterialParameters& a, const MaterialParameters& b) {
+  const bool sameTexture =
+      a.hasTexture == b.hasTexture && (!a.hasTexture || a.texturePath == b.texturePath);
+  const float opacity = a.opacity - b.opacity;
+  return (sameTexture ? 0.0f : 100.0f) + (a.diffuseColor - b.diffuseColor).squaredNorm() +
+         opacity * opacity + 0.01f * (a.specularColor - b.specularColor).squaredNorm();
+}
+
+}  // namespace
+
+std::uint32_t MaterialTable::IndexOf(const MaterialParameters& material) {
+  const auto [place, isNew] =
+      indexOfBytes_.try_emplace(BytesOf(material), static_cast<std::uint32_t>(materials_.size()));
+  if (!isNew) return place->second;
+  if (materials_.size() < limit_) {
+    materials_.push_back(material);
+  } else {
+    place->second = NearestTo(material);
+    ++replaced_;
+  }
+  return place->second;
+}
+
+std::uint32_t MaterialTable::NearestTo(const MaterialParameters& material) const {
+  std::size_t nearest = 0;
+  float least = std::numeric_limits<float>::infinity();
+  for (std::size_t i = 0; i < materials_.size(); ++i) {
+    const float distance = Distance(materials_[i], material);
+    if (distance < least) {
+      least = distance;
+      nearest = i;
+    }
+  }
+  return static_cast<std::uint32_t>(nearest);
+}
+
+}  // namespace qv::host

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "core/SceneRecords.h"
+
+namespace qv::host {
+
+// The materials of a scene, each once. Beyond `limit` a new material becomes the nearest of those
+// that are there: with the same texture if there is one, else the nearest in colour and opacity.
+class MaterialTable {
+ public:
+  explicit MaterialTable(std::size_t limit) : limit_(limit) {}
+
+  // The index of an equal material, or of a new one.
+  std::uint32_t IndexOf(const MaterialParameters& material);
+
+  // Materials that had to take another's place.
+  std::size_t Replaced() const { return replaced_; }
+  std::vector<MaterialParameters> Take() { return std::move(materials_); }
+
+ private:
+  std::uint32_t NearestTo(const MaterialParameters& material) const;
+
+  std::size_t limit_;
+  std::size_t replaced_ = 0;
+  std::vector<MaterialParameters> materials_;
+  std::map<std::string, std::uint32_t> indexOfBytes_;
+};
+
+}  // namespace qv::host

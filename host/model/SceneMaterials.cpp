@@ -1,0 +1,91 @@
+#include "host/model/SceneMaterials.h"
+
+#include <algorithm>
+#include <map>
+#include <span>
+
+#include "host/model/Scene.h"
+
+namespace qv::host {
+namespace {
+
+// Below this a surface can't be seen.
+constexpr float kVisible = 0.01f;
+
+bool HasUv(const aiMesh& mesh, unsigned channel) {
+  return channel < AI_MAX_NUMBER_OF_TEXTURECOORDS && mesh.HasTextureCoords(channel);
+}
+
+}  // namespace
+
+SceneMaterials::SceneMaterials(const aiScene& scene, const ModelFormat& format,
+                               TextureFiles& textures)
+    : linearColors_(format.linearColors), textures_(textures), table_(kMaximumMaterials) {
+  for (const aiMaterial* material : std::span(scene.mMaterials, scene.mNumMaterials)) {
+    read_.push_back(MaterialFrom(*material, format));
+  }
+  read_.push_back({PlainMaterial(), std::nullopt});
+}
+
+const ReadMaterial& SceneMaterials::Read(const aiMesh& mesh) const {
+  return read_[std::min<std::size_t>(mesh.mMaterialIndex, read_.size() - 1)];
+}
+
+unsigned SceneMaterials::UvChannelFor(const aiMesh& mesh) const {
+  const ReadMaterial& read = Read(mesh);
+  return read.texture && HasUv(mesh, read.texture->uvChannel) ? read.texture->uvChannel : 0;
+}
+
+// Vertex colours take the place of the material's, but multiply it in glTF.
+MaterialParameters SceneMaterials::Colored(const MaterialParameters& plain,
+                                           const Vec3& color) const {
+  MaterialParameters colored = plain;
+  if (linearColors_) {
+    const Vec3 encoded = color.unaryExpr([](float channel) { return SrgbFromLinear(channel); });
+    colored.diffuseColor = plain.diffuseColor.cwiseProduct(encoded);
+  } else {
+    colored.diffuseColor = color;
+  }
+  return colored;
+}
+
+std::vector<std::uint32_t> SceneMaterials::IndicesFor(const aiMesh& mesh, const LocalMesh& local) {
+  const ReadMaterial& read = Read(mesh);
+  MaterialParameters parameters = read.parameters;
+  if (read.texture && HasUv(mesh, UvChannelFor(mesh))) {
+    if (const auto file = textures_.FileFor(*read.texture)) {
+      parameters.hasTexture = true;
+      parameters.texturePath = *file;
+    }
+  }
+  if (!local.colored || parameters.hasTexture) {
+    return std::vector<std::uint32_t>(local.triangles.size(), table_.IndexOf(parameters));
+  }
+  std::map<std::uint16_t, std::uint32_t> indexOfColor;
+  std::vector<std::uint32_t> indices;
+  indices.reserve(local.triangles.size());
+  for (const LocalTriangle& triangle : local.triangles) {
+    const auto [place, isNew] = indexOfColor.try_emplace(triangle.color);
+    if (isNew) {
+      place->second = table_.IndexOf(Colored(parameters, ColorOfTriangle(triangle.color)));
+    }
+    indices.push_back(place->second);
+  }
+  return indices;
+}
+
+std::vector<MaterialParameters> SceneMaterials::Take(std::vector<std::string>& warnings) {
+  if (table_.Replaced() > 0) {
+    warnings.push_back("There are too many materials; " + std::to_string(table_.Replaced()) +
+                       " were replaced by similar ones.");
+  }
+  std::vector<MaterialParameters> materials = table_.Take();
+  const auto isVisible = [](const MaterialParameters& m) { return m.opacity >= kVisible; };
+  if (std::none_of(materials.begin(), materials.end(), isVisible)) {
+    for (MaterialParameters& material : materials) material.opacity = 1;
+    warnings.push_back("All materials are fully transparent; they are shown opaque.");
+  }
+  return materials;
+}
+
+}  // namespace qv::host
