@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace qv {
 namespace {
@@ -50,7 +51,8 @@ Adjustment::Adjustment(float brightness, float contrast, float gamma)
 float Adjustment::Adjust(float c) const {
   const float v = (c - 0.5f) * scale + 0.5f + offset;
   // A power of 1 is the value itself, below zero too; the limit then stores the same 0 as it does
-  // for the NaN of another power.
+  // for the NaN of another power. An even power would lift what is below zero above it again.
+  if (v < 0 && exponent != 1.0f) return std::numeric_limits<float>::quiet_NaN();
   const float w = (exponent == 1.0f ? v : std::pow(v, exponent)) * kFull;
   return std::isnan(w) ? w : std::min(kFull, std::max(0.0f, w));
 }
