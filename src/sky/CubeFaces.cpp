@@ -1,6 +1,7 @@
 #include "sky/CubeFaces.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace qv::sky {
@@ -22,35 +23,49 @@ float ClampToUnit(float v) {
   return v < 1.0f ? v : 1.0f;
 }
 
-// u runs to the right and v upwards, both 0 to 1 over the face.
-CubeFaces::Texel TexelAt(int face, float u, float v) {
-  return {face, static_cast<int>(kSpan * ClampToUnit(u)),
-          static_cast<int>(kSpan * (1.0f - ClampToUnit(v)))};
+// Byte values as shares of the brightest.
+constexpr std::array<float, 256> kShareOfByte = [] {
+  std::array<float, 256> shares{};
+  for (int i = 0; i < 256; ++i) shares[i] = static_cast<float>(i) / 255.0f;
+  return shares;
+}();
+
+// Where a direction meets a face: `right` and `up` from the middle of the face, in half its width
+// times `reach`, the longest component.
+struct FacePoint {
+  int face;
+  float right;
+  float up;
+  float reach;
+};
+
+inline FacePoint FacePointOf(float x, float y, float z) {
+  const float absX = std::abs(x);
+  const float absY = std::abs(y);
+  const float absZ = std::abs(z);
+  if (absX > absY && absX > absZ) {
+    if (x > 0) return {kFaceRight, -y, z, absX};
+    return {kFaceLeft, y, z, absX};
+  }
+  if (!(absX > absY) && absY > absZ) {
+    if (y > 0) return {kFaceFront, x, z, absY};
+    return {kFaceBack, -x, z, absY};
+  }
+  if (z > 0) return {kFaceUp, x, -y, absZ};
+  return {kFaceDown, x, y, absZ};
+}
+
+inline CubeFaces::Texel TexelAt(const Vec3& direction) {
+  const FacePoint point = FacePointOf(direction.x(), direction.y(), direction.z());
+  const float u = ClampToUnit(0.5f + point.right / (2 * point.reach));
+  const float v = ClampToUnit(0.5f + point.up / (2 * point.reach));
+  return {point.face, static_cast<int>(kSpan * u), static_cast<int>(kSpan * (1.0f - v))};
 }
 
 }  // namespace
 
 CubeFaces::Texel CubeFaces::TexelOf(const Vec3& direction) {
-  const float x = direction.x();
-  const float y = direction.y();
-  const float z = direction.z();
-  const float absX = std::abs(x);
-  const float absY = std::abs(y);
-  const float absZ = std::abs(z);
-
-  if (absX > absY && absX > absZ) {
-    const float w = 2 * absX;
-    if (x > 0) return TexelAt(kFaceRight, 0.5f - y / w, 0.5f + z / w);
-    return TexelAt(kFaceLeft, 0.5f + y / w, 0.5f + z / w);
-  }
-  if (!(absX > absY) && absY > absZ) {
-    const float w = 2 * absY;
-    if (y > 0) return TexelAt(kFaceFront, 0.5f + x / w, 0.5f + z / w);
-    return TexelAt(kFaceBack, 0.5f - x / w, 0.5f + z / w);
-  }
-  const float w = 2 * absZ;
-  if (z > 0) return TexelAt(kFaceUp, 0.5f + x / w, 0.5f - y / w);
-  return TexelAt(kFaceDown, 0.5f + x / w, 0.5f + y / w);
+  return TexelAt(direction);
 }
 
 Vec3 CubeFaces::DirectionOf(const Texel& texel) {
@@ -74,14 +89,14 @@ Vec3 CubeFaces::DirectionOf(const Texel& texel) {
 }
 
 Vec3 CubeFaces::Sample(const Vec3& direction) const {
-  const Texel texel = TexelOf(direction);
+  const Texel texel = TexelAt(direction);
   const std::vector<std::uint8_t>& face = pixels[static_cast<std::size_t>(texel.face)];
   const std::size_t offset =
       (static_cast<std::size_t>(texel.row) * kFaceSize + static_cast<std::size_t>(texel.column)) *
       4;
   if (offset + 4 > face.size()) return Vec3::Zero();
   const std::uint8_t* pixel = face.data() + offset;
-  return Vec3(pixel[2], pixel[1], pixel[0]) / 255.0f;
+  return {kShareOfByte[pixel[2]], kShareOfByte[pixel[1]], kShareOfByte[pixel[0]]};
 }
 
 }  // namespace qv::sky
