@@ -1,5 +1,6 @@
 #include "BareLoops.h"
 
+#include <algorithm>
 #include <atomic>
 #include <limits>
 #include <thread>
@@ -20,34 +21,20 @@ namespace {
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-// Pixel of ray i of block b in a tile of 8 by 8.
-int ColumnOf(int block, int i) {
-  return block % 2 * 4 + i % 4;
-}
-int RowOf(int block, int i) {
-  return block / 2 * 2 + i / 4;
+// Lane of ray i of block b in a tile of 8 by 8.
+int LaneOf(int block, int i) {
+  return (block / 2 * 2 + i / 4) * kTileSide + block % 2 * 4 + i % 4;
 }
 
-void FillRays(RTCRay8& ray) {
+void FillRays(RTCRay8& ray, float tfar) {
   for (int i = 0; i < 8; ++i) {
     ray.tnear[i] = 0;
-    ray.tfar[i] = kInfinity;
+    ray.tfar[i] = tfar;
     ray.time[i] = 0;
     ray.mask[i] = ~0u;
     ray.id[i] = static_cast<unsigned>(i);
     ray.flags[i] = 0;
   }
-}
-
-// The interpolated normal that shading decides by whether a surface faces the light.
-Vec3 ShadingNormal(const RenderScene& scene, const RTCHit& hit) {
-  const Mesh& mesh = *scene.Meshes()[hit.geomID];
-  const std::uint32_t* corner = mesh.Indices() + std::size_t{hit.primID} * 3;
-  const auto at = [&](int k) {
-    const PaddedVec3& n = mesh.Normals()[corner[k]];
-    return Vec3(n.x, n.y, n.z);
-  };
-  return (1 - hit.u - hit.v) * at(0) + hit.u * at(1) + hit.v * at(2);
 }
 
 template <class Work>
@@ -87,9 +74,9 @@ BareRun BareIntersect(const RenderScene& scene, const RenderCamera& camera, int 
       NormaliseDirections(direction);
       for (int block = 0; block < 8; ++block) {
         alignas(32) RTCRayHit8 query;
-        FillRays(query.ray);
+        FillRays(query.ray, kInfinity);
         for (int k = 0; k < 8; ++k) {
-          const int lane = RowOf(block, k) * kTileSide + ColumnOf(block, k);
+          const int lane = LaneOf(block, k);
           query.ray.org_x[k] = rays.eye[0];
           query.ray.org_y[k] = rays.eye[1];
           query.ray.org_z[k] = rays.eye[2];
@@ -109,55 +96,36 @@ BareRun BareIntersect(const RenderScene& scene, const RenderCamera& camera, int 
   return run;
 }
 
-BareOcclusion::BareOcclusion(const RenderScene& scene, const RenderCamera& camera, int width,
-                             int height, const Vec3& towardsLight)
-    : scene_(scene),
-      towardsLight_(towardsLight),
-      footprintScale_(camera.fieldOfView / static_cast<float>(height)) {
-  const PixelRays rays = ComputePixelRays(camera, width, height);
-  const HilbertTiles tiles(width, height);
-  for (std::int32_t t = 0; t < tiles.TileCount(); ++t) {
-    const TilePosition tile = tiles.TileToPosition(t);
-    if (!tiles.Contains(tile)) continue;
-    for (int block = 0; block < 8; ++block) {
-      Block out{};
-      bool any = false;
-      for (int i = 0; i < 8; ++i) {
-        const Vec3 direction =
-            rays.Direction(static_cast<float>(tile.x * kTileSide + ColumnOf(block, i)),
-                           static_cast<float>(tile.y * kTileSide + RowOf(block, i)))
-                .normalized();
-        RTCRayHit query{};
-        query.ray.org_x = rays.eye[0];
-        query.ray.org_y = rays.eye[1];
-        query.ray.org_z = rays.eye[2];
-        query.ray.dir_x = direction.x();
-        query.ray.dir_y = direction.y();
-        query.ray.dir_z = direction.z();
-        query.ray.tfar = kInfinity;
-        query.ray.mask = ~0u;
-        query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
-        RTCIntersectContext context;
-        rtcInitIntersectContext(&context);
-        rtcIntersect1(scene.EmbreeScene(), &context, &query);
-        if (query.hit.geomID == RTC_INVALID_GEOMETRY_ID) continue;
-        Vec3 normal = ShadingNormal(scene, query.hit);
-        if (normal.dot(direction) > 0) normal = -normal;
-        if (!(normal.dot(towardsLight) > 0)) continue;
-        const float t0 = query.ray.tfar + kHitPullBack;
-        out.valid[i] = -1;
-        out.x[i] = rays.eye[0] + t0 * direction.x();
-        out.y[i] = rays.eye[1] + t0 * direction.y();
-        out.z[i] = rays.eye[2] + t0 * direction.z();
-        any = true;
-        ++rays_;
+RecordedOcclusion::RecordedOcclusion(const RenderScene& scene, float footprintScale)
+    : scene_(scene), footprintScale_(footprintScale) {}
+
+void RecordedOcclusion::OnClosest(const RayPacket&) {}
+
+void RecordedOcclusion::OnShadow(const LaneFloats (&origin)[3], const LaneFloats (&d)[3],
+                                 float tfar, const LaneInts& mask) {
+  if (finished_) return;
+  const std::lock_guard lock(mutex_);
+  for (int block = 0; block < 8; ++block) {
+    Block out{};
+    int valid = 0;
+    for (int i = 0; i < 8; ++i) {
+      const int lane = LaneOf(block, i);
+      if (mask[lane] < 0) continue;
+      out.valid[i] = -1;
+      ++valid;
+      for (int axis = 0; axis < 3; ++axis) {
+        out.origin[axis][i] = origin[axis][lane];
+        out.direction[axis][i] = d[axis][lane];
       }
-      if (any) blocks_.push_back(out);
     }
+    if (valid == 0) continue;
+    out.tfar = tfar;
+    blocks_.push_back(out);
+    rays_ += static_cast<std::size_t>(valid);
   }
 }
 
-BareRun BareOcclusion::Run(int threads) const {
+BareRun RecordedOcclusion::Run(int threads) const {
   constexpr std::size_t kChunk = 64;
   std::atomic<std::size_t> next{0};
   BareRun run;
@@ -169,15 +137,13 @@ BareRun BareOcclusion::Run(int threads) const {
       for (std::size_t b = first; b < last; ++b) {
         const Block& block = blocks_[b];
         alignas(32) RTCRay8 ray;
-        FillRays(ray);
-        for (int i = 0; i < 8; ++i) {
-          ray.org_x[i] = block.x[i];
-          ray.org_y[i] = block.y[i];
-          ray.org_z[i] = block.z[i];
-          ray.dir_x[i] = towardsLight_.x();
-          ray.dir_y[i] = towardsLight_.y();
-          ray.dir_z[i] = towardsLight_.z();
-        }
+        FillRays(ray, block.tfar);
+        std::copy_n(block.origin[0], 8, ray.org_x);
+        std::copy_n(block.origin[1], 8, ray.org_y);
+        std::copy_n(block.origin[2], 8, ray.org_z);
+        std::copy_n(block.direction[0], 8, ray.dir_x);
+        std::copy_n(block.direction[1], 8, ray.dir_y);
+        std::copy_n(block.direction[2], 8, ray.dir_z);
         ShadowContext context;
         InitShadowContext(context, scene_, footprintScale_);
         rtcOccluded8(block.valid, scene_.EmbreeScene(), &context.context, &ray);

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
+#include <mutex>
+#include <vector>
 
 #include "core/RenderCamera.h"
 #include "render/geometry/RenderScene.h"
+#include "render/trace/TraceKernels.h"
 
 namespace qv::bench {
 
@@ -18,23 +22,34 @@ struct BareRun {
 BareRun BareIntersect(const RenderScene& scene, const RenderCamera& camera, int width, int height,
                       int threads);
 
-// The shadow rays towards a directional light from all the surfaces of that picture which face it,
-// and nothing but rtcOccluded8 on them, with the engine's filter.
-class BareOcclusion {
+// The occlusion rays of a pass, taken down while it runs, and nothing but rtcOccluded8 on them,
+// with the engine's filter: the same packets in the same order, with the lanes that the engine
+// leaves out left out too.
+class RecordedOcclusion : public TraceObserver {
  public:
-  BareOcclusion(const RenderScene& scene, const RenderCamera& camera, int width, int height,
-                const Vec3& towardsLight);
+  RecordedOcclusion(const RenderScene& scene, float footprintScale);
+
+  void OnClosest(const RayPacket& packet) override;
+  void OnShadow(const LaneFloats (&origin)[3], const LaneFloats (&d)[3], float tfar,
+                const LaneInts& mask) override;
+
+  // What comes later is left out.
+  void Finish() { finished_ = true; }
+
   BareRun Run(int threads) const;
 
  private:
   struct Block {
     alignas(32) int valid[8];
-    alignas(32) float x[8], y[8], z[8];
+    alignas(32) float origin[3][8];
+    alignas(32) float direction[3][8];
+    float tfar;
   };
 
   const RenderScene& scene_;
-  Vec3 towardsLight_;
   float footprintScale_;
+  std::atomic<bool> finished_{false};
+  std::mutex mutex_;
   std::vector<Block> blocks_;
   std::size_t rays_ = 0;
 };

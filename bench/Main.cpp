@@ -45,7 +45,7 @@ std::optional<Options> ParseOptions(int argc, char** argv) {
 }
 
 void MeasureScene(const BenchScene& scene, const Options& options, Figures& figures) {
-  constexpr int kRuns = 11;
+  constexpr int kRuns = 25;
   const RenderFigures f = MeasureRendering(scene, options.width, options.height, kRuns);
   std::printf("%-8s %9zu triangles  preview %7.2f of %7.2f Mrays/s  ratio %.3f\n",
               scene.name.c_str(), scene.TriangleCount(), f.previewRate / 1e6,

@@ -12,7 +12,7 @@ struct RenderFigures {
   double shadowRate = 0;  // sun shadow rays a second: PassFull with the sun less PassFull with a
                           // sun that lights nothing
   double bareOccludedRate = 0;
-  double previewRatio = 0;  // medians over interleaved runs
+  double previewRatio = 0;  // of the shortest times of interleaved runs
   double shadowRatio = 0;
 };
 

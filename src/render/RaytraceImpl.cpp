@@ -82,7 +82,7 @@ struct RaytraceImpl::Parts {
         scene(device.get()),
         engine(device.get(), scene, background, ThreadCountOf(options), packetWidth) {}
 
-  TraceTarget Target() const { return {device.get(), &scene, packetWidth, 0}; }
+  TraceTarget Target() const { return {device.get(), &scene, packetWidth, 0, nullptr}; }
 
   Device device;
   const int packetWidth;

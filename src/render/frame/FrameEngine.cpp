@@ -127,7 +127,7 @@ void FrameEngine::SetUpJob() {
   inputs_.factors = pendingLightFactors_;
   inputs_.switches = pendingSwitches_;
   inputs_.footprintScale = camera.fieldOfView / static_cast<float>(base_.height());
-  inputs_.trace = {device_, &scene_, packetWidth_, inputs_.footprintScale};
+  inputs_.trace = {device_, &scene_, packetWidth_, inputs_.footprintScale, observer_};
   ReportProgress(1.0f);
 }
 

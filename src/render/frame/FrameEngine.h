@@ -64,6 +64,8 @@ class FrameEngine {
   void SetLightFactors(const LightFactorsInUse& factors);
   void SetSwitches(const ShadeSwitches& switches);
   void ComposeImage(bool useAntialiasData);
+  // Shows the rays of the following jobs to an observer; null ends it. No job may run.
+  void SetObserver(TraceObserver* observer) { observer_ = observer; }
 
   void ReadScreen(const std::function<void(const ScreenImage&)>& read) const;
   struct PassTimes {
@@ -94,6 +96,7 @@ class FrameEngine {
   const int packetWidth_;
   Callbacks callbacks_;
   std::function<void()> yield_;
+  TraceObserver* observer_ = nullptr;
 
   mutable std::mutex lock_;
   std::condition_variable done_;

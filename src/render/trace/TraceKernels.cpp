@@ -1,5 +1,6 @@
 #include "render/trace/TraceKernels.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -141,12 +142,22 @@ struct OnePoint {
     for (int i = 0; i < 8; ++i) out[i] = point[axis];
   }
   float Of(int, int axis) const { return point[axis]; }
+  void Tell(TraceObserver& observer, const LaneFloats (&d)[3], float tfar,
+            const LaneInts& mask) const {
+    alignas(64) LaneFloats origin[3];
+    for (int axis = 0; axis < 3; ++axis) std::fill_n(origin[axis], kLanes, point[axis]);
+    observer.OnShadow(origin, d, tfar, mask);
+  }
 };
 
 struct EachLane {
   const LaneFloats (&origin)[3];
   void Fill(int block, int axis, float* out) const { Gather(origin[axis], block, out); }
   float Of(int lane, int axis) const { return origin[axis][lane]; }
+  void Tell(TraceObserver& observer, const LaneFloats (&d)[3], float tfar,
+            const LaneInts& mask) const {
+    observer.OnShadow(origin, d, tfar, mask);
+  }
 };
 
 template <class Origins, class Result>
@@ -201,6 +212,7 @@ void TraceShadowLane(const TraceTarget& target, const Origins& origins, const La
 template <class Origins, class Result>
 void TraceShadowRays(const TraceTarget& target, const Origins& origins, const LaneFloats (&d)[3],
                      float tfar, LaneInts& mask, const Result& result) {
+  if (target.observer != nullptr) origins.Tell(*target.observer, d, tfar, mask);
   if (target.packetWidth == 8) {
     for (int block = 0; block < kBlocks; ++block) {
       TraceShadowBlock(target, origins, d, tfar, block, mask, result);
@@ -215,6 +227,7 @@ void TraceShadowRays(const TraceTarget& target, const Origins& origins, const La
 }  // namespace
 
 void TraceClosest(const TraceTarget& target, RayPacket& packet) {
+  if (target.observer != nullptr) target.observer->OnClosest(packet);
   if (target.packetWidth == 8) {
     for (int block = 0; block < kBlocks; ++block) TraceClosestBlock(target, packet, block);
     return;

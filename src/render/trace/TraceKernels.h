@@ -10,13 +10,26 @@ constexpr float kHitPullBack = -0.1f;
 // How far along a ray from a light to a surface something counts as between them.
 constexpr float kToSurface = 0.99999f;
 
+// Sees the rays that the kernels cast, before they do: for measurements and for finding out what
+// became of a pixel. Called on the tracing threads.
+class TraceObserver {
+ public:
+  virtual ~TraceObserver() = default;
+  // The lanes whose `geometry` is not negative.
+  virtual void OnClosest(const RayPacket& packet) = 0;
+  // The lanes with a mask that is not negative.
+  virtual void OnShadow(const LaneFloats (&origin)[3], const LaneFloats (&d)[3], float tfar,
+                        const LaneInts& mask) = 0;
+};
+
 // What the kernels trace against, the same for a whole pass.
 struct TraceTarget {
   RTCDevice device = nullptr;
   const RenderScene* scene = nullptr;
   int packetWidth =
       8;  // 8: rtcIntersect8 and rtcOccluded8 over 4 by 2 blocks of lanes; else ray by ray
-  float footprintScale = 0;  // radians a pixel, for alpha textures in shadows
+  float footprintScale = 0;           // radians a pixel, for alpha textures in shadows
+  TraceObserver* observer = nullptr;  // usually none
 };
 
 // Closest hits of the packet's rays from `position` along `direction`, for lanes whose `geometry`
