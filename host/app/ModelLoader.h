@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+#include <future>
+#include <memory>
+#include <optional>
+#include <thread>
+
+#include "host/app/FolderStamp.h"
+#include "host/model/LoadModel.h"
+
+namespace qv::host {
+
+// Reads a model on a thread of its own, which the import library gives no means to stop.
+class ModelLoader {
+ public:
+  ModelLoader(const std::filesystem::path& model, const LoadOptions& options);
+  // Waits, unless given up.
+  ~ModelLoader();
+  ModelLoader(const ModelLoader&) = delete;
+  ModelLoader& operator=(const ModelLoader&) = delete;
+
+  // True when Take will not block.
+  bool WaitFor(std::chrono::milliseconds time);
+  LoadResult Take();
+  // Lets the thread run on without this object; its temporary files are gone, and it makes no new
+  // ones. The process is to end without destroying what the thread still uses.
+  void GiveUp();
+
+  // Of the files when the reading began.
+  const FolderStamp& stamp() const { return stamp_; }
+
+ private:
+  FolderStamp stamp_;
+  std::shared_ptr<TemporaryFolder> temporaryFiles_;
+  std::future<LoadResult> result_;
+  std::thread thread_;
+};
+
+}  // namespace qv::host

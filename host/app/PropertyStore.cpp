@@ -1,0 +1,182 @@
+#include "host/app/PropertyStore.h"
+
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+namespace qv::host {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+constexpr const char* kFormatName = "quorvane properties";
+constexpr int kFormatVersion = 1;
+constexpr char kHexDigits[] = "0123456789abcdef";
+
+// 64-bit FNV-1a (G. Fowler, L. C. Noll, K.-P. Vo).
+std::string HashOf(const std::string& text) {
+  std::uint64_t hash = 14695981039346656037ULL;
+  for (const char c : text) {
+    hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
+  }
+  std::string digits;
+  for (int shift = 60; shift >= 0; shift -= 4) digits += kHexDigits[hash >> shift & 15];
+  return digits;
+}
+
+std::string HexOf(const PropertyStore::Value& value) {
+  std::string hex;
+  hex.reserve(2 * value.size());
+  for (const std::byte byte : value) {
+    hex += kHexDigits[std::to_integer<unsigned>(byte >> 4)];
+    hex += kHexDigits[std::to_integer<unsigned>(byte & std::byte{15})];
+  }
+  return hex;
+}
+
+std::optional<PropertyStore::Value> BytesOf(const std::string& hex) {
+  if (hex.size() % 2 != 0) return std::nullopt;
+  const std::string digits = kHexDigits;
+  PropertyStore::Value value;
+  value.reserve(hex.size() / 2);
+  for (std::size_t i = 0; i < hex.size(); i += 2) {
+    const auto high = digits.find(hex[i]);
+    const auto low = digits.find(hex[i + 1]);
+    if (high == std::string::npos || low == std::string::npos) return std::nullopt;
+    value.push_back(static_cast<std::byte>(high << 4 | low));
+  }
+  return value;
+}
+
+// Nothing if the text is no property file.
+std::optional<std::map<std::string, PropertyStore::Value>> ValuesIn(std::istream& text) {
+  const json document = json::parse(text, nullptr, false);
+  if (!document.is_object() || document.value("format", json()) != kFormatName ||
+      !document.contains("properties") || !document["properties"].is_object()) {
+    return std::nullopt;
+  }
+  std::map<std::string, PropertyStore::Value> values;
+  for (const auto& [name, hex] : document["properties"].items()) {
+    auto value = hex.is_string() ? BytesOf(hex.get<std::string>()) : std::nullopt;
+    if (!value) return std::nullopt;
+    values[name] = std::move(*value);
+  }
+  return values;
+}
+
+// The later-written file first; files that do not exist come last.
+std::array<fs::path, 2> NewestFirst(const fs::path& a, const fs::path& b) {
+  std::error_code noA;
+  std::error_code noB;
+  const auto timeA = fs::last_write_time(a, noA);
+  const auto timeB = fs::last_write_time(b, noB);
+  const bool bFirst = !noB && (noA || timeB > timeA);
+  return bFirst ? std::array{b, a} : std::array{a, b};
+}
+
+}  // namespace
+
+PropertyStore::PropertyStore(const fs::path& model, const fs::path& userFolder) {
+  std::error_code error;
+  const fs::path absolute = fs::absolute(model, error).lexically_normal();
+  model_ = absolute.string();
+  besideModel_ = absolute;
+  besideModel_ += ".quorvane.json";
+  if (!userFolder.empty()) {
+    const std::string name = absolute.filename().string();
+    inUserFolder_ = userFolder / (name + '-' + HashOf(model_) + ".quorvane.json");
+  }
+  file_ = besideModel_;
+  for (const fs::path& file : NewestFirst(besideModel_, inUserFolder_)) {
+    if (fs::exists(file, error) && Read(file)) break;
+  }
+}
+
+std::optional<PropertyStore::Value> PropertyStore::Get(const std::string& name) const {
+  const std::lock_guard lock(mutex_);
+  const auto value = values_.find(name);
+  if (value == values_.end()) return std::nullopt;
+  return value->second;
+}
+
+bool PropertyStore::Set(const std::string& name, Value value) {
+  const std::lock_guard lock(mutex_);
+  values_[name] = std::move(value);
+  for (const fs::path& file : {besideModel_, inUserFolder_}) {
+    if (!file.empty() && Write(file)) {
+      file_ = file;
+      return true;
+    }
+  }
+  return false;
+}
+
+fs::path PropertyStore::file() const {
+  const std::lock_guard lock(mutex_);
+  return file_;
+}
+
+bool PropertyStore::Read(const fs::path& file) {
+  std::ifstream text(file, std::ios::binary);
+  if (!text) {
+    warnings_.push_back("The properties in " + file.string() + " can't be read.");
+    return false;
+  }
+  auto values = ValuesIn(text);
+  text.close();
+  if (values) {
+    values_ = std::move(*values);
+    file_ = file;
+    return true;
+  }
+  fs::path kept = file;
+  kept += ".broken";
+  std::error_code error;
+  fs::rename(file, kept, error);
+  warnings_.push_back(file.string() + " holds no properties" +
+                      (error ? "." : "; it is now " + kept.string() + "."));
+  return false;
+}
+
+bool PropertyStore::Write(const fs::path& file) const {
+  json properties = json::object();
+  for (const auto& [name, value] : values_) properties[name] = HexOf(value);
+  const json document = {{"format", kFormatName},
+                         {"version", kFormatVersion},
+                         {"model", model_},
+                         {"properties", properties}};
+  std::error_code error;
+  if (file == inUserFolder_) fs::create_directories(file.parent_path(), error);
+  fs::path fresh = file;
+  fresh += ".new";
+  std::ofstream text(fresh, std::ios::binary | std::ios::trunc);
+  // Names and paths need not be UTF-8.
+  text << document.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
+  text.close();
+  if (text) {
+    fs::rename(fresh, file, error);
+    if (!error) return true;
+  }
+  std::error_code ignored;
+  fs::remove(fresh, ignored);
+  return false;
+}
+
+fs::path UserFolder() {
+  const auto variable = [](const char* name) -> fs::path {
+    const char* value = std::getenv(name);
+    return value == nullptr ? "" : value;
+  };
+  const fs::path data = variable("XDG_DATA_HOME");
+  if (data.is_absolute()) return data / "quorvane";
+  const fs::path home = variable("HOME");
+  if (home.is_absolute()) return home / ".local" / "share" / "quorvane";
+  const fs::path local = variable("LOCALAPPDATA");
+  return local.is_absolute() ? local / "quorvane" : fs::path();
+}
+
+}  // namespace qv::host

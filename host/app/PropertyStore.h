@@ -1,0 +1,53 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace qv::host {
+
+// The named values that the viewer keeps with a model, in a JSON file: beside the model as
+// "<model>.quorvane.json", or, where that can't be written, below `userFolder` under a name made of
+// the model's name and its absolute path. The newer of the two files is read. Each change is
+// written at once, to a file beside that then takes the old one's name. Any thread.
+//
+// A file that is no property file any more is kept under the name with ".broken" added.
+class PropertyStore {
+ public:
+  using Value = std::vector<std::byte>;
+
+  PropertyStore(const std::filesystem::path& model, const std::filesystem::path& userFolder);
+
+  std::optional<Value> Get(const std::string& name) const;
+  // False if the value could not be written anywhere; it is kept for as long as this object lives.
+  bool Set(const std::string& name, Value value);
+
+  // What went wrong with reading, one sentence each.
+  const std::vector<std::string>& warnings() const { return warnings_; }
+  // Where the values are written.
+  std::filesystem::path file() const;
+
+ private:
+  using Path = std::filesystem::path;
+
+  bool Read(const Path& file);
+  bool Write(const Path& file) const;
+
+  std::string model_;
+  Path besideModel_;
+  Path inUserFolder_;
+  std::vector<std::string> warnings_;
+  mutable std::mutex mutex_;
+  std::map<std::string, Value> values_;
+  Path file_;
+};
+
+// Where programs keep what belongs to the user: $XDG_DATA_HOME, or its default below $HOME; on
+// Windows %LOCALAPPDATA%. With "quorvane" added. Empty if the environment names none.
+std::filesystem::path UserFolder();
+
+}  // namespace qv::host
