@@ -2,6 +2,8 @@
 
 #include <FreeImage.h>
 
+#include <cstdint>
+#include <limits>
 #include <memory>
 
 #include "core/Log.h"
@@ -21,6 +23,23 @@ Bitmap LoadBitmap(const std::string& path) {
   Bitmap bitmap(FreeImage_Load(format, path.c_str(), 0));
   if (!bitmap || !FreeImage_HasPixels(bitmap.get())) return nullptr;
   return bitmap;
+}
+
+// Offsets into a level are 32 bits wide.
+bool IsTooLarge(FIBITMAP* bitmap) {
+  const std::uint64_t pixels =
+      std::uint64_t{FreeImage_GetWidth(bitmap)} * FreeImage_GetHeight(bitmap);
+  return pixels > std::numeric_limits<std::int32_t>::max() / 4;
+}
+
+// Nothing for kinds of pixels that have no colours, such as complex numbers.
+Bitmap In32Bits(FIBITMAP* bitmap) {
+  if (IsTooLarge(bitmap)) return nullptr;
+  if (FreeImage_GetImageType(bitmap) != FIT_UINT16)
+    return Bitmap(FreeImage_ConvertTo32Bits(bitmap));
+  // Grey of 16 bits goes over grey of 8.
+  const Bitmap grey(FreeImage_ConvertTo8Bits(bitmap));
+  return Bitmap(grey ? FreeImage_ConvertTo32Bits(grey.get()) : nullptr);
 }
 
 TextureMip MipOf(FIBITMAP* bitmap) {
@@ -58,7 +77,7 @@ std::optional<RenderTexture> LoadTexture(const std::string& path) {
     return std::nullopt;
   }
   const bool hasAlpha = FreeImage_IsTransparent(bitmap.get()) != 0;
-  const Bitmap full(FreeImage_ConvertTo32Bits(bitmap.get()));
+  const Bitmap full = In32Bits(bitmap.get());
   if (!full) {
     Log(LogLevel::kWarning, "texture cannot be converted to 32 bits: " + path);
     return std::nullopt;
