@@ -1,29 +1,21 @@
 #include "render/image/ComposeImage.h"
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
+#include <utility>
+
+#include "render/image/PixelOps.h"
 
 namespace qv {
 namespace {
 
-constexpr float kFull = 255.0f;
-
-std::uint8_t LowByte(float c) {
-  constexpr float kIntegerLimit = 2147483648.0f;
-  const float v = c * kFull;
-  if (!(v > -kIntegerLimit && v < kIntegerLimit)) return 0;
-  return static_cast<std::uint8_t>(static_cast<std::int32_t>(v));
+// Red, green, blue bytes to blue, green, red.
+void SwapRedAndBlue(std::uint8_t* row, int width) {
+  for (int x = 0; x < width; ++x) std::swap(row[3 * x], row[3 * x + 2]);
 }
 
-void ComposeRow(const float* from, int width, const Adjustment& adjustment, std::uint8_t* to) {
-  for (int x = 0; x < width; ++x) {
-    to[0] = adjustment.AdjustToByte(from[2]);
-    to[1] = adjustment.AdjustToByte(from[1]);
-    to[2] = adjustment.AdjustToByte(from[0]);
-    from += 3;
-    to += 3;
-  }
+void ComposeAdjustedRow(const float* from, int width, const Adjustment& adjustment,
+                        std::uint8_t* to) {
+  adjustment.AdjustRow(from, 3 * static_cast<std::size_t>(width), to);
+  SwapRedAndBlue(to, width);
 }
 
 // The mean of the adjusted samples, not of the linear ones: what the eye sees at the edge of a
@@ -45,56 +37,27 @@ void ComposeMean(const RenderTarget& samples, int factor, int x, int y,
 
 }  // namespace
 
-Adjustment::Adjustment(float brightness, float contrast, float gamma)
-    : scale(std::exp2(2 * contrast)), offset(brightness), exponent(1 / gamma) {}
-
-float Adjustment::Adjust(float c) const {
-  const float v = (c - 0.5f) * scale + 0.5f + offset;
-  // A power of 1 is the value itself, below zero too; the limit then stores the same 0 as it does
-  // for the NaN of another power. An even power would lift what is below zero above it again.
-  if (v < 0 && exponent != 1.0f) return std::numeric_limits<float>::quiet_NaN();
-  const float w = (exponent == 1.0f ? v : std::pow(v, exponent)) * kFull;
-  return std::isnan(w) ? w : std::min(kFull, std::max(0.0f, w));
-}
-
-std::uint8_t Adjustment::AdjustToByte(float c) const {
-  return ToByte(Adjust(c));
-}
-
-std::uint8_t ToByte(float v) {
-  return v >= 0 && v <= kFull ? static_cast<std::uint8_t>(v) : 0;
-}
-
 void ComposePreview(const RenderTarget& base, ScreenImage& screen) {
   for (int y = 0; y < base.height(); ++y) {
-    const float* from = base.Row(y);
-    std::uint8_t* to = screen.Row(y);
-    for (int x = 0; x < base.width(); ++x, from += 3, to += 3) {
-      to[0] = LowByte(from[2]);
-      to[1] = LowByte(from[1]);
-      to[2] = LowByte(from[0]);
-    }
+    TakeLowBytes(base.Row(y), 3 * static_cast<std::size_t>(base.width()), screen.Row(y));
+    SwapRedAndBlue(screen.Row(y), base.width());
   }
 }
 
 void ComposeBase(const RenderTarget& base, const Adjustment& adjustment, ScreenImage& screen) {
   for (int y = 0; y < base.height(); ++y) {
-    ComposeRow(base.Row(y), base.width(), adjustment, screen.Row(y));
+    ComposeAdjustedRow(base.Row(y), base.width(), adjustment, screen.Row(y));
   }
 }
 
 void ComposeAntialiased(const RenderTarget& base, const RenderTarget& samples, int factor,
                         const EdgeMask& mask, const Adjustment& adjustment, ScreenImage& screen) {
   for (int y = 0; y < base.height(); ++y) {
-    const float* from = base.Row(y);
     std::uint8_t* to = screen.Row(y);
+    ComposeAdjustedRow(base.Row(y), base.width(), adjustment, to);
     const std::uint32_t* marks = mask.Row(y);
     for (int x = 0; x < base.width(); ++x) {
-      if (marks[x] == 0) {
-        ComposeRow(from + 3 * x, 1, adjustment, to + 3 * x);
-      } else {
-        ComposeMean(samples, factor, x, y, adjustment, to + 3 * x);
-      }
+      if (marks[x] != 0) ComposeMean(samples, factor, x, y, adjustment, to + 3 * x);
     }
   }
 }

@@ -2,27 +2,10 @@
 
 #include "render/frame/EdgeMask.h"
 #include "render/frame/RenderTarget.h"
+#include "render/image/Adjustment.h"
 #include "render/image/ScreenImage.h"
 
 namespace qv {
-
-// Brightness, contrast and gamma of one picture: contrast pivots about 0.5, brightness is added
-// after it, gamma comes last.
-struct Adjustment {
-  Adjustment(float brightness, float contrast, float gamma);
-
-  // A linear value as a float in 0 to 255; NaN where the power has none.
-  float Adjust(float c) const;
-  // The byte that is stored for it.
-  std::uint8_t AdjustToByte(float c) const;
-
-  float scale;     // 2^(2 contrast)
-  float offset;    // brightness
-  float exponent;  // 1 / gamma
-};
-
-// The byte of a value from 0 to 255, truncated; NaN gives 0.
-std::uint8_t ToByte(float v);
 
 // Writes the base picture without adjustment and without limits: only the low 8 bits of each number
 // are kept.

@@ -1,5 +1,6 @@
 #include "render/shade/LaneFill.h"
 #include "render/shade/ShadePacket.h"
+#include "render/trace/CubeLookup.h"
 #include "render/trace/VectorOps.h"
 
 namespace qv {
@@ -22,14 +23,11 @@ bool ShownWhenStill(RenderPass pass) {
 // The ambient light comes from where the surface faces.
 void AddSkyAmbient(const ShadeInputs& in, const LaneInts& mask, float factor,
                    const LaneFloats& weight, RayPacket& packet) {
-  for (int lane = 0; lane < kLanes; ++lane) {
-    if (mask[lane] < 0) continue;
-    const Vec3 sky = in.background->Sample(
-        {packet.normal[0][lane], packet.normal[1][lane], packet.normal[2][lane]});
-    for (int c = 0; c < 3; ++c) {
-      packet.color[c][lane] += factor * weight[lane] * packet.diffuse[c][lane] * sky[c];
-    }
-  }
+  alignas(64) LaneFloats sky[3];
+  alignas(64) LaneFloats scaled;
+  SampleCube(*in.background, packet.normal, mask, sky);
+  for (int lane = 0; lane < kLanes; ++lane) scaled[lane] = factor * weight[lane];
+  AddProducts(packet.color, mask, scaled, packet.diffuse, sky);
 }
 
 // color += factor * weight * diffuse * ambient colour

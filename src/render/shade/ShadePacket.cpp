@@ -1,6 +1,7 @@
 #include "render/shade/ShadePacket.h"
 
 #include "render/shade/LaneFill.h"
+#include "render/trace/CubeLookup.h"
 #include "render/trace/VectorOps.h"
 
 namespace qv {
@@ -8,15 +9,17 @@ namespace {
 
 // A ray that left the scene takes the background's colour; the others add to their length.
 void FinishRays(const ShadeInputs& in, RayPacket& packet) {
+  alignas(64) LaneInts gone;
   for (int lane = 0; lane < kLanes; ++lane) {
-    if (packet.t[lane] > 0 && packet.geometry[lane] < 0) {
-      const Vec3 sky = in.background->Sample(
-          {packet.direction[0][lane], packet.direction[1][lane], packet.direction[2][lane]});
-      for (int c = 0; c < 3; ++c) packet.color[c][lane] += sky[c] * packet.throughput[lane];
-    } else {
-      packet.distance[lane] += packet.t[lane];
-    }
+    const bool left = packet.t[lane] > 0 && packet.geometry[lane] < 0;
+    gone[lane] = left ? 0 : -1;
+    packet.distance[lane] += left ? 0.0f : packet.t[lane];
   }
+  if (!AnyActive(gone)) return;
+  constexpr float kWhite[3] = {1, 1, 1};
+  alignas(64) LaneFloats sky[3];
+  SampleCube(*in.background, packet.direction, gone, sky);
+  AddScaled(packet.color, gone, 1.0f, packet.throughput, sky, kWhite);
 }
 
 void InterpolateNormals(const RenderScene& scene, RayPacket& packet) {

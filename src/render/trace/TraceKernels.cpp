@@ -124,15 +124,18 @@ struct KeepVisibility {
   void Store(int lane, float attenuation) const { visibility[lane] = attenuation; }
 };
 
+// The ray library tells an occluded ray by a tfar of minus infinity. Values of lanes that are off
+// do not matter.
 template <class Result>
 void StoreShadow(int lane, float tfar, float attenuation, LaneInts& mask, const Result& result) {
-  // The ray library tells an occluded ray by a tfar of minus infinity.
-  if (tfar < 0) {
-    mask[lane] = -1;
-    return;
-  }
-  mask[lane] = 0;
+  mask[lane] = mask[lane] < 0 || tfar < 0 ? -1 : 0;
   result.Store(lane, attenuation);
+}
+
+template <class Result>
+void StoreShadowRun(int firstLane, const float* tfar, const float* attenuation, LaneInts& mask,
+                    const Result& result) {
+  for (int i = 0; i < kRun; ++i) StoreShadow(firstLane + i, tfar[i], attenuation[i], mask, result);
 }
 
 // Where shadow rays start: all in one point, or each lane in its own.
@@ -184,9 +187,9 @@ void TraceShadowBlock(const TraceTarget& target, const Origins& origins, const L
   InitShadowContext(context, *target.scene, target.footprintScale);
   rtcOccluded8(valid, target.scene->EmbreeScene(), &context.context, &ray);
   DropError(target.device);
-  for (int i = 0; i < 8; ++i) {
-    if (valid[i] == 0) continue;
-    StoreShadow(LaneOf(block, i), ray.tfar[i], context.attenuation[i], mask, result);
+  for (int run = 0; run < 2; ++run) {
+    StoreShadowRun(FirstLane(block, run), ray.tfar + run * kRun, context.attenuation + run * kRun,
+                   mask, result);
   }
 }
 

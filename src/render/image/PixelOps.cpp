@@ -1,0 +1,84 @@
+#include "render/image/PixelOps.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "render/image/PixelOps.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace qv {
+namespace HWY_NAMESPACE {
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Floats = hn::ScalableTag<float>;
+using Ints = hn::RebindToSigned<Floats>;
+using Bytes = hn::Rebind<std::uint8_t, Floats>;
+using V = hn::Vec<Floats>;
+using I = hn::Vec<Ints>;
+
+// Calls `convert` on whole vectors, the last one filled up with zeros.
+template <class Convert>
+HWY_INLINE void ForRow(const float* in, std::size_t count, std::uint8_t* out,
+                       const Convert& convert) {
+  const Floats d;
+  const Bytes db;
+  const std::size_t n = hn::Lanes(d);
+  std::size_t i = 0;
+  for (; i + n <= count; i += n)
+    hn::StoreU(hn::U8FromU32(convert(hn::LoadU(d, in + i))), db, out + i);
+  if (i == count) return;
+  HWY_ALIGN float rest[hn::MaxLanes(d)] = {};
+  HWY_ALIGN std::uint8_t bytes[hn::MaxLanes(d)];
+  for (std::size_t k = i; k < count; ++k) rest[k - i] = in[k];
+  hn::StoreU(hn::U8FromU32(convert(hn::Load(d, rest))), db, bytes);
+  for (std::size_t k = i; k < count; ++k) out[k] = bytes[k - i];
+}
+
+void AdjustLinear(const float* in, std::size_t count, float scale, float offset,
+                  std::uint8_t* out) {
+  const Floats d;
+  const V full = hn::Set(d, 255.0f);
+  ForRow(in, count, out, [&](V c) HWY_ATTR {
+    const V half = hn::Set(d, 0.5f);
+    const V v =
+        hn::Add(hn::Add(hn::Mul(hn::Sub(c, half), hn::Set(d, scale)), half), hn::Set(d, offset));
+    const V w = hn::Mul(v, full);
+    // Comparisons, so that NaN becomes 0.
+    const V limited =
+        hn::IfThenElseZero(hn::Gt(w, hn::Zero(d)), hn::IfThenElse(hn::Lt(w, full), w, full));
+    return hn::BitCast(hn::RebindToUnsigned<Ints>(), hn::ConvertTo(Ints(), limited));
+  });
+}
+
+void TakeLowBytes(const float* in, std::size_t count, std::uint8_t* out) {
+  const Floats d;
+  const V limit = hn::Set(d, 2147483648.0f);
+  ForRow(in, count, out, [&](V c) HWY_ATTR {
+    const V v = hn::Mul(c, hn::Set(d, 255.0f));
+    const V whole = hn::IfThenElseZero(hn::Lt(hn::Abs(v), limit), v);
+    const I low = hn::And(hn::ConvertTo(Ints(), whole), hn::Set(Ints(), 0xff));
+    return hn::BitCast(hn::RebindToUnsigned<Ints>(), low);
+  });
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace qv
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace qv {
+
+HWY_EXPORT(AdjustLinear);
+HWY_EXPORT(TakeLowBytes);
+
+void AdjustLinear(const float* in, std::size_t count, float scale, float offset,
+                  std::uint8_t* out) {
+  HWY_DYNAMIC_DISPATCH(AdjustLinear)(in, count, scale, offset, out);
+}
+
+void TakeLowBytes(const float* in, std::size_t count, std::uint8_t* out) {
+  HWY_DYNAMIC_DISPATCH(TakeLowBytes)(in, count, out);
+}
+
+}  // namespace qv
+#endif  // HWY_ONCE
