@@ -35,7 +35,8 @@ Adjustment::Adjustment(float brightness, float contrast, float gamma)
 float Adjustment::Adjust(float c) const {
   const float v = (c - 0.5f) * scale_ + 0.5f + offset_;
   // A power of 1 is the value itself, below zero too; the limit then stores the same 0 as it does
-  // for the NaN of another power.
+  // for the NaN of another power. An even power would lift what is below zero above it again.
+  if (v < 0 && !IsLinear()) return std::numeric_limits<float>::quiet_NaN();
   const float w = (IsLinear() ? v : std::pow(v, exponent_)) * kFull;
   return std::isnan(w) ? w : std::min(kFull, std::max(0.0f, w));
 }
