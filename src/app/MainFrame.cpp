@@ -38,8 +38,7 @@ class MainFrame::WaitScope {
   explicit WaitScope(MainFrame& frame) : frame_(frame) { frame_.waiting_ = true; }
   ~WaitScope() {
     frame_.waiting_ = false;
-    if (!std::exchange(frame_.closeAsked_, false) || frame_.closing_) return;
-    frame_.CallAfter([frame = &frame_] { frame->Close(true); });
+    frame_.CatchUpWithClose();
   }
   WaitScope(const WaitScope&) = delete;
   WaitScope& operator=(const WaitScope&) = delete;
@@ -55,7 +54,11 @@ MainFrame::MainFrame(wxWindow* parent, std::uint32_t hostWindow, std::uint32_t p
   Bind(EVT_GUI_WORK, [this](wxThreadEvent&) { gui_.RunPending(); });
   SetIcons(LoadIcons("images/Quorvane.ico"));
   isResizing_ = false;
-  EnableFrame(false);
+  for (const int tool : {kIdCameraLink, kIdSynchronizeCamera, kIdReloadData}) {
+    Bind(
+        wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Enable(interactive_); }, tool);
+  }
+  SetInteractive(false);
 
   const wxConfigBase* settings = wxConfigBase::Get();
   const wxString antialias = settings->Read("/Defaults/Rendering/Antialias", wxString());
@@ -156,8 +159,27 @@ void MainFrame::YieldToWindows() {
   if (loop && !loop->IsYielding()) loop->YieldFor(wxEVT_CATEGORY_UI);
 }
 
+void MainFrame::SetInteractive(bool interactive) {
+  interactive_ = interactive;
+  EnableFrame(interactive);
+  UpdateWindowUI(wxUPDATE_UI_RECURSE);
+}
+
+void MainFrame::ShowFirst() {
+  showing_ = true;
+  Show(true);
+  wxTheApp->Yield();
+  showing_ = false;
+  CatchUpWithClose();
+}
+
+void MainFrame::CatchUpWithClose() {
+  if (waiting_ || showing_ || closing_ || !std::exchange(closeAsked_, false)) return;
+  CallAfter([this] { Close(true); });
+}
+
 void MainFrame::OnClose(wxCloseEvent& event) {
-  if (waiting_ || closing_) {
+  if (waiting_ || showing_ || closing_) {
     closeAsked_ = true;
     if (event.CanVeto()) event.Veto();
     return;
@@ -165,6 +187,9 @@ void MainFrame::OnClose(wxCloseEvent& event) {
   SaveSettings();
   Shutdown();
   event.Skip();
+  // The library destroys the frame in its next idle time. The events that would bring that about
+  // may all have come while the shutdown waited, and a hidden window gets no more.
+  wxWakeUpIdle();
 }
 
 void MainFrame::SaveSettings() {

@@ -52,6 +52,10 @@ class MainFrame : public FrameWindow, public IQuorvane {
   void SetProgress(float value) override;
   bool IsCameraLinked() override;
 
+  // Brings the frame to the screen and lets it paint itself. A close that comes already now is put
+  // off until the application's own event loop runs, which it has to end.
+  void ShowFirst();
+
   // Asks the host for its place, time and camera, and shows them.
   void SynchronizeCamera();
   // Begins anew with an empty renderer and asks the host for the whole scene.
@@ -85,6 +89,10 @@ class MainFrame : public FrameWindow, public IQuorvane {
   void FollowViewSize();
   // Lets windows be painted and moved; input, timers' work and work of other threads stay queued.
   void YieldToWindows();
+  // Closes the frame soon if that was asked for while it could not be done.
+  void CatchUpWithClose();
+  // Disables or enables the frame and what is in it.
+  void SetInteractive(bool interactive);
   // Ends everything that runs beside the GUI thread. A second call does nothing.
   void Shutdown();
   void SaveSettings();
@@ -106,7 +114,9 @@ class MainFrame : public FrameWindow, public IQuorvane {
 
   wxFont statisticsFont_;
   bool isResizing_ = true;
+  bool interactive_ = false;
   bool waiting_ = false;     // inside a wait that keeps windows alive; see WaitScope
+  bool showing_ = false;     // inside ShowFirst
   bool closeAsked_ = false;  // the frame was closed meanwhile
   bool closing_ = false;
   bool showStatistics_ = true;

@@ -120,7 +120,7 @@ void MainFrame::SceneComplete() {
   ReceiveScene([this](RaytraceImpl& renderer) { renderer.BuildScene(NativeHandle()); });
   gui_.Call([this] { SceneBuilt(); });
   ShowStatusText(wxString());
-  gui_.Call([this] { EnableFrame(true); });
+  gui_.Call([this] { SetInteractive(true); });
 }
 
 void MainFrame::LoadProperties() {
@@ -164,7 +164,7 @@ void MainFrame::SceneBuilt() {
   // Panels that list what belongs to the scene are refilled here.
   cameraLink_ = wxConfigBase::Get()->ReadBool("/Defaults/CameraLink", false);
   toolBar_->ToggleTool(kIdCameraLink, cameraLink_);
-  if (view_->GetClientSize() != pictureSize_) {
+  if (!isResizing_ && view_->GetClientSize() != pictureSize_) {
     WithIdleRenderer([this](RaytraceImpl& renderer) { ResizeTargets(renderer, -1); });
   }
   OnInternalIdle();
@@ -208,7 +208,7 @@ void MainFrame::SynchronizeCamera() {
 
 void MainFrame::ReloadData() {
   if (closing_ || waiting_ || !link_) return;
-  EnableFrame(false);
+  SetInteractive(false);
   SaveSettings();
   DestroyRenderer();
   CreateRenderer(-1);

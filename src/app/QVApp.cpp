@@ -42,8 +42,7 @@ bool QVApp::OnInit() {
   wxInitAllImageHandlers();
   auto* frame = new MainFrame(nullptr, host->window, host->process);
   SetTopWindow(frame);
-  frame->Show(true);
-  Yield();
+  frame->ShowFirst();
   wxSetWorkingDirectory(startDirectory);
   return true;
 }

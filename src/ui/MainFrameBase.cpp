@@ -1,6 +1,5 @@
 #include "ui/MainFrameBase.h"
 
-#include <wx/settings.h>
 #include <wx/sizer.h>
 
 #include "ui/CommandIds.h"
@@ -11,14 +10,15 @@ namespace {
 
 const wxSize kInitialSize(783, 602);
 const wxSize kToolSize(24, 24);
+// Beside and before the picture: dark and without a hue, in light themes as in dark ones, so that
+// it does not change how the picture's own colours look.
+const wxColour kViewBackground(58, 60, 63);
 
 }  // namespace
 
 _MainFrame::_MainFrame(wxWindow* parent)
     : wxFrame(parent, wxID_ANY, "Quorvane", wxDefaultPosition, wxDefaultSize,
               wxDEFAULT_FRAME_STYLE | wxTAB_TRAVERSAL) {
-  SetSize(FromDIP(kInitialSize));
-
   toolBar_ = CreateToolBar(wxTB_HORIZONTAL | wxTB_FLAT);
   AddTools();
   statusBar_ = new StatusBar(this);
@@ -26,10 +26,11 @@ _MainFrame::_MainFrame(wxWindow* parent)
 
   view_ = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                       wxWANTS_CHARS | wxFULL_REPAINT_ON_RESIZE);
-  view_->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_APPWORKSPACE));
+  view_->SetBackgroundColour(kViewBackground);
   auto* sizer = new wxBoxSizer(wxVERTICAL);
   sizer->Add(view_, wxSizerFlags(1).Expand());
   SetSizer(sizer);
+  SetSize(FromDIP(kInitialSize));
   Layout();
 
   BindEvents();

@@ -17,6 +17,7 @@ StatusBar::StatusBar(wxWindow* parent) : wxStatusBar(parent, wxID_ANY) {
   SetFieldsCount(kFieldCount, widths);
   gauge_ = new wxGauge(this, kIdGauge, kGaugeRange, wxDefaultPosition, wxDefaultSize,
                        wxGA_HORIZONTAL | wxGA_SMOOTH);
+  gauge_->Hide();
   Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
     event.Skip();
     PlaceGauge();
@@ -35,7 +36,10 @@ void StatusBar::ShowProgress(int value) {
 void StatusBar::PlaceGauge() {
   wxRect field;
   if (!GetFieldRect(kProgress, field)) return;
-  gauge_->SetSize(field.Deflate(kGaugeInset));
+  field.Deflate(kGaugeInset);
+  // Before the bar has got its own size its fields have none.
+  gauge_->Show(field.width > 0 && field.height > 0);
+  if (gauge_->IsShown()) gauge_->SetSize(field);
 }
 
 }  // namespace qv

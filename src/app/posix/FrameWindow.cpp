@@ -38,7 +38,7 @@ void FrameWindow::OnSize(wxSizeEvent& event) {
 void FrameWindow::EnableFrame(bool enable) {
   // The toolkit takes a disabled top-level window to be one that must not be closed either.
   for (wxWindow* child : GetChildren()) {
-    if (!child->IsTopLevel()) child->Enable(enable);
+    if (!child->IsTopLevel() && child != statusBar_) child->Enable(enable);
   }
   if (wxMenuBar* menuBar = GetMenuBar()) {
     for (size_t i = 0; i < menuBar->GetMenuCount(); ++i) menuBar->EnableTop(i, enable);

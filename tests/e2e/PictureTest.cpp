@@ -1,0 +1,150 @@
+#include <fstream>
+#include <sstream>
+
+#include "e2e/support/Looks.h"
+#include "e2e/support/ViewerTest.h"
+
+namespace qv::e2e {
+namespace {
+
+const std::vector<std::string> kQuarters{"red", "green", "blue", "yellow"};
+
+class Picture : public ViewerTest {
+ protected:
+  // Starts the viewer and shows the four quarters.
+  void ShowQuarters() {
+    ASSERT_NO_FATAL_FAILURE(StartViewer());
+    ASSERT_TRUE(SendQuarters(host_->link()));
+    ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
+    ASSERT_TRUE(AwaitFinalPicture());
+    ASSERT_TRUE(SettlesTo(kQuarters));
+  }
+
+  // What the log tells may be a moment ahead of the screen.
+  bool SettlesTo(const std::vector<std::string>& quarters) {
+    return Eventually([&] {
+      shot_ = window_->Shoot();
+      area_ = FindPicture(shot_);
+      return area_.width > 0 && QuarterColours(shot_, area_) == quarters;
+    });
+  }
+
+  std::string LoggedSize() {
+    const auto lines = log_.Lines("picture shown: antialiased");
+    std::istringstream line(lines.back().substr(lines.back().find("antialiased")));
+    std::string word, size;
+    line >> word >> size;
+    return size;
+  }
+
+  std::string AreaSize() const {
+    return std::to_string(area_.width) + 'x' + std::to_string(area_.height) + ',';
+  }
+
+  void ClickTool(std::size_t index) {
+    const std::vector<Point> tools = FindTools(shot_, area_);
+    ASSERT_EQ(tools.size(), 3u);
+    window_->Click(tools[index].x, tools[index].y);
+  }
+
+  Screenshot shot_;
+  Area area_;
+};
+
+TEST_F(Picture, ComesUpUprightFromBaseToAntialiased) {
+  ASSERT_NO_FATAL_FAILURE(ShowQuarters());
+  const std::vector<std::string> shown = log_.Lines("picture shown:");
+  ASSERT_GE(shown.size(), 2u);
+  EXPECT_NE(shown.front().find("picture shown: base"), std::string::npos) << shown.front();
+  EXPECT_EQ(LoggedSize(), AreaSize());
+
+  // The statistics stand in small white letters at the top left.
+  int white = 0;
+  for (int y = area_.top; y < area_.top + 30; ++y) {
+    for (int x = area_.left; x < area_.left + 300; ++x) {
+      const Colour& c = shot_.At(x, y);
+      white += c.red > 200 && c.green > 200 && c.blue > 200;
+    }
+  }
+  EXPECT_GT(white, 200);
+  EXPECT_LT(white, 4500);
+}
+
+TEST_F(Picture, FollowsTheSizeOfTheWindow) {
+  ASSERT_NO_FATAL_FAILURE(ShowQuarters());
+  const std::string sizeBefore = LoggedSize();
+  // As a border that is dragged, faster than a pause that counts as its end.
+  for (int step = 0; step < 10; ++step) {
+    window_->Resize(800 + 20 * step, 500 + 20 * step);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  ASSERT_TRUE(
+      Eventually([&] { return LoggedSize() != sizeBefore && window_->Shoot().width == 980; }));
+  ASSERT_TRUE(Eventually([&] {
+    return SettlesTo(kQuarters) && area_.width == 980 && LoggedSize() == AreaSize();
+  })) << AreaSize()
+      << " but the log says " << LoggedSize();
+}
+
+TEST_F(Picture, IsTheSameAfterReload) {
+  ASSERT_NO_FATAL_FAILURE(ShowQuarters());
+  const Screenshot before = shot_;
+  const std::size_t known = FinalPictures();
+  ASSERT_NO_FATAL_FAILURE(ClickTool(2));
+  ASSERT_TRUE(Eventually([&] { return host_->resends == 1; }));
+  ASSERT_TRUE(SendQuarters(host_->link()));
+  ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
+  ASSERT_TRUE(AwaitFinalPicture(known));
+  ASSERT_TRUE(SettlesTo(kQuarters));
+
+  ASSERT_EQ(shot_.width, before.width);
+  int different = 0;
+  // Without the rows of the statistics, which tell other times.
+  for (int y = area_.top + 30; y < area_.top + area_.height; ++y) {
+    for (int x = area_.left; x < area_.left + area_.width; ++x) {
+      const Colour &a = before.At(x, y), &b = shot_.At(x, y);
+      different += a.red != b.red || a.green != b.green || a.blue != b.blue;
+    }
+  }
+  EXPECT_EQ(different, 0);
+}
+
+TEST_F(Picture, StandsAgainWhenTheHostSendsItsSceneUnasked) {
+  ASSERT_NO_FATAL_FAILURE(ShowQuarters());
+  const std::size_t known = FinalPictures();
+  // The renderer is at work when the scene begins to come in.
+  ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
+  ASSERT_TRUE(SendQuarters(host_->link()));
+  ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
+  ASSERT_TRUE(AwaitFinalPicture(known));
+  EXPECT_TRUE(SettlesTo(kQuarters));
+}
+
+TEST_F(Picture, TakesTheCameraOfTheHostOnRequest) {
+  ASSERT_NO_FATAL_FAILURE(ShowQuarters());
+  host_->camera = QuarterCamera();
+  host_->camera.position = {-100, 0, 100};  // before the middle of the red quarter
+  const std::size_t known = FinalPictures();
+  ASSERT_NO_FATAL_FAILURE(ClickTool(1));
+  ASSERT_TRUE(AwaitFinalPicture(known));
+  EXPECT_TRUE(SettlesTo({"red", "red", "red", "red"}));
+}
+
+TEST_F(Picture, LinkToTheCameraIsToldAndKept) {
+  ASSERT_NO_FATAL_FAILURE(ShowQuarters());
+  EXPECT_EQ(host_->link().IsCameraLinked(), false);
+  ASSERT_NO_FATAL_FAILURE(ClickTool(0));
+  EXPECT_TRUE(Eventually([&] { return host_->link().IsCameraLinked() == true; }));
+  window_->Close();
+  ASSERT_EQ(host_->link().WaitForViewer(kSoon), 0);
+
+  // The next viewer reads it when its scene is complete.
+  host_.reset();
+  ASSERT_NO_FATAL_FAILURE(StartViewer());
+  EXPECT_EQ(host_->link().IsCameraLinked(), false);
+  ASSERT_TRUE(SendQuarters(host_->link()));
+  EXPECT_EQ(host_->link().IsCameraLinked(), true);
+}
+
+}  // namespace
+}  // namespace qv::e2e

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <memory>
+#include <thread>
+
+#include "e2e/support/Display.h"
+#include "e2e/support/Scenes.h"
+#include "e2e/support/TestHost.h"
+#include "e2e/support/ViewerLog.h"
+#include "e2e/support/ViewerWindow.h"
+
+namespace qv::e2e {
+
+// How long things may take that are only waited for; and an end that has to come soon, with room
+// for a sanitizer.
+constexpr std::chrono::seconds kPatience{60};
+constexpr std::chrono::seconds kSoon{10};
+
+// A test with a display of its own.
+class ViewerTest : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(display_.failure(), ""); }
+
+  void TearDown() override {
+    host_.reset();
+    if (HasFailure()) std::cerr << "--- the viewer's log:\n" << log_.Text();
+  }
+
+  // Starts the viewer with a host, and finds its window.
+  void StartViewer() {
+    host_ = TestHost::Start(QUORVANE_VIEWER, log_);
+    ASSERT_TRUE(host_);
+    window_ = ViewerWindow::Find(kPatience);
+    ASSERT_TRUE(window_);
+  }
+
+  // Waits for the antialiased picture of a job that begins when `known` such pictures have been
+  // shown.
+  bool AwaitFinalPicture(std::size_t known = 0) {
+    return log_.WaitFor("picture shown: antialiased", known, kPatience);
+  }
+  std::size_t FinalPictures() const { return log_.Lines("picture shown: antialiased").size(); }
+
+  template <class Condition>
+  static bool Eventually(Condition&& holds, std::chrono::milliseconds timeout = kPatience) {
+    const auto end = std::chrono::steady_clock::now() + timeout;
+    while (!holds()) {
+      if (std::chrono::steady_clock::now() >= end) return false;
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return true;
+  }
+
+  Display display_;
+  ViewerLog log_{display_.folder() / "viewer.log"};
+  std::unique_ptr<TestHost> host_;
+  std::unique_ptr<ViewerWindow> window_;
+};
+
+}  // namespace qv::e2e

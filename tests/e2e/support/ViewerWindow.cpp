@@ -1,0 +1,130 @@
+#include "e2e/support/ViewerWindow.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+
+#include <cstring>
+#include <string>
+#include <thread>
+
+namespace qv::e2e {
+namespace {
+
+constexpr const char* kTitle = "Quorvane";
+
+int IgnoreError(::Display*, XErrorEvent*) {
+  return 0;
+}
+
+std::vector<::Window> ManagedWindows(::Display* display) {
+  const Atom list = XInternAtom(display, "_NET_CLIENT_LIST", False);
+  Atom type = None;
+  int format = 0;
+  unsigned long count = 0, rest = 0;
+  unsigned char* value = nullptr;
+  XGetWindowProperty(display, DefaultRootWindow(display), list, 0, 64, False, XA_WINDOW, &type,
+                     &format, &count, &rest, &value);
+  std::vector<::Window> windows;
+  if (value) {
+    const auto* words = reinterpret_cast<const unsigned long*>(value);
+    windows.assign(words, words + count);
+    XFree(value);
+  }
+  return windows;
+}
+
+bool IsViewer(::Display* display, ::Window window) {
+  char* name = nullptr;
+  XWindowAttributes attributes;
+  const bool matches = XFetchName(display, window, &name) && std::strcmp(name, kTitle) == 0 &&
+                       XGetWindowAttributes(display, window, &attributes) &&
+                       attributes.map_state == IsViewable;
+  if (name) XFree(name);
+  return matches;
+}
+
+::Window Look(::Display* display) {
+  for (const ::Window window : ManagedWindows(display)) {
+    if (IsViewer(display, window)) return window;
+  }
+  return None;
+}
+
+int Channel(unsigned long pixel, unsigned long mask) {
+  return static_cast<int>((pixel & mask) * 255 / mask);
+}
+
+}  // namespace
+
+std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout) {
+  // A window may go at any moment.
+  XSetErrorHandler(&IgnoreError);
+  ::Display* display = XOpenDisplay(nullptr);
+  if (!display) return nullptr;
+  const auto end = std::chrono::steady_clock::now() + timeout;
+  while (true) {
+    if (const ::Window window = Look(display)) {
+      return std::unique_ptr<ViewerWindow>(new ViewerWindow(display, window));
+    }
+    if (std::chrono::steady_clock::now() >= end) break;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  XCloseDisplay(display);
+  return nullptr;
+}
+
+bool ViewerWindow::Exists() {
+  return Find(std::chrono::milliseconds(0)) != nullptr;
+}
+
+ViewerWindow::~ViewerWindow() {
+  XCloseDisplay(display_);
+}
+
+Screenshot ViewerWindow::Shoot() const {
+  XWindowAttributes attributes;
+  if (!XGetWindowAttributes(display_, window_, &attributes)) return {};
+  XImage* image =
+      XGetImage(display_, window_, 0, 0, attributes.width, attributes.height, AllPlanes, ZPixmap);
+  if (!image) return {};
+  Screenshot shot{attributes.width, attributes.height, {}};
+  for (int y = 0; y < shot.height; ++y) {
+    for (int x = 0; x < shot.width; ++x) {
+      const unsigned long pixel = XGetPixel(image, x, y);
+      shot.pixels.push_back({Channel(pixel, image->red_mask), Channel(pixel, image->green_mask),
+                             Channel(pixel, image->blue_mask)});
+    }
+  }
+  XDestroyImage(image);
+  return shot;
+}
+
+void ViewerWindow::Resize(int width, int height) {
+  XMoveResizeWindow(display_, window_, 10, 30, width, height);
+  XFlush(display_);
+}
+
+void ViewerWindow::Close() {
+  XEvent event{};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = window_;
+  event.xclient.message_type = XInternAtom(display_, "WM_PROTOCOLS", False);
+  event.xclient.format = 32;
+  event.xclient.data.l[0] = static_cast<long>(XInternAtom(display_, "WM_DELETE_WINDOW", False));
+  XSendEvent(display_, window_, False, NoEventMask, &event);
+  XFlush(display_);
+}
+
+void ViewerWindow::Click(int x, int y) {
+  int rootX = 0, rootY = 0;
+  ::Window child = None;
+  XTranslateCoordinates(display_, window_, DefaultRootWindow(display_), x, y, &rootX, &rootY,
+                        &child);
+  XTestFakeMotionEvent(display_, -1, rootX, rootY, 0);
+  XTestFakeButtonEvent(display_, 1, True, 50);
+  XTestFakeButtonEvent(display_, 1, False, 50);
+  XFlush(display_);
+}
+
+}  // namespace qv::e2e

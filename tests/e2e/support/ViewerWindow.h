@@ -1,0 +1,54 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+// Xlib's names do not go together with those of other libraries, so its header stays out of this
+// one.
+struct _XDisplay;
+
+namespace qv::e2e {
+
+struct Colour {
+  int red = 0, green = 0, blue = 0;
+};
+
+// A picture of a window, top row first.
+struct Screenshot {
+  int width = 0, height = 0;
+  std::vector<Colour> pixels;
+
+  const Colour& At(int x, int y) const { return pixels[static_cast<std::size_t>(y) * width + x]; }
+};
+
+struct Area {
+  int left = 0, top = 0, width = 0, height = 0;
+};
+
+// The viewer's main window as the X server and the window manager know it.
+class ViewerWindow {
+ public:
+  // Waits until the window of that title is on the screen; null if it is not in time.
+  static std::unique_ptr<ViewerWindow> Find(std::chrono::milliseconds timeout);
+  // Whether a window of the viewer is on the screen now.
+  static bool Exists();
+  ~ViewerWindow();
+
+  Screenshot Shoot() const;
+  // As a user does who drags a border, and as the button of the title bar does.
+  void Resize(int width, int height);
+  void Close();
+  // Presses and lets go the left button at a point of the window.
+  void Click(int x, int y);
+
+ private:
+  ViewerWindow(::_XDisplay* display, unsigned long window) : display_(display), window_(window) {}
+
+  ::_XDisplay* display_;
+  unsigned long window_;
+};
+
+}  // namespace qv::e2e
