@@ -75,7 +75,7 @@ void AddMeshes(const aiScene& source, const std::vector<PlacedNode>& nodes,
       auto& local = prepared[index];
       if (!local) {
         local.emplace();
-        local->mesh = ReadMesh(mesh, materials.UvChannelFor(mesh), leftOut);
+        local->mesh = ReadMesh(mesh, materials.CoordinatesFor(mesh), leftOut);
         local->materials = materials.IndicesFor(mesh, local->mesh);
       }
       SceneMesh world =
@@ -152,8 +152,9 @@ LoadResult Load(const fs::path& path, const LoadOptions& options) {
   const ModelFormat format = FormatOf(importer, *source);
   const LeftOut leftOut = RemoveAllBrokenFaces(*source);
   if (source->mNumMeshes == 0) return {nullptr, NothingToShow(leftOut)};
-  const unsigned steps =
-      aiProcess_GenUVCoords | aiProcess_TransformUVCoords | aiProcess_Triangulate;
+  unsigned steps = aiProcess_GenUVCoords | aiProcess_Triangulate;
+  // glTF's are applied with the material's texture.
+  if (format.family != ModelFormat::Family::kGltf) steps |= aiProcess_TransformUVCoords;
   if (importer.ApplyPostProcessing(steps) == nullptr) return {nullptr, importer.GetErrorString()};
   return Converted(*source, format, path, options, leftOut);
 }

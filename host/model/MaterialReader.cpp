@@ -79,6 +79,30 @@ std::optional<TextureUse> TextureOf(const aiMaterial& material, aiTextureType ty
   return texture;
 }
 
+// glTF's texture transform (KHR_texture_transform: scaled, then turned about the origin, then
+// moved, with v downwards), out of the form that the import library brings it to for turning about
+// the middle, with v upwards; its own step of applying that form takes another order.
+Eigen::Affine2f GltfPlacement(const aiMaterial& material, aiTextureType type) {
+  aiUVTransform stored;
+  if (material.Get(AI_MATKEY_UVTRANSFORM(type, 0), stored) != AI_SUCCESS) {
+    return Eigen::Affine2f::Identity();
+  }
+  const float angle = -stored.mRotation;
+  const Vec2 scale(stored.mScaling.x, stored.mScaling.y);
+  const float c = std::cos(angle);
+  const float s = std::sin(angle);
+  const Vec2 offset(stored.mTranslation.x - 0.5f * scale.x() * (-c + s + 1),
+                    -stored.mTranslation.y + 0.5f * scale.y() * (s + c - 1) + 1 - scale.y());
+  Eigen::Affine2f downwards;
+  downwards.linear() = Eigen::Matrix2f{{c, s}, {-s, c}} * scale.asDiagonal();
+  downwards.translation() = offset;
+  Eigen::Affine2f flip = Eigen::Affine2f::Identity();
+  flip.linear()(1, 1) = -1;
+  flip.translation().y() = 1;
+  const Eigen::Affine2f placement = flip * downwards * flip;
+  return placement.matrix().allFinite() ? placement : Eigen::Affine2f::Identity();
+}
+
 // What a surface shows of itself: its colour, and the texture in place of it.
 struct Appearance {
   Vec3 color;
@@ -198,6 +222,7 @@ ReadMaterial GltfMaterial(const aiMaterial& material) {
 
   read.texture = shown.texture;
   if (read.texture) {
+    read.texture->placement = GltfPlacement(material, aiTextureType_DIFFUSE);
     read.texture->alpha = alpha;
     read.texture->alphaCutoff = cutoff / std::max(shown.alpha, 1e-3f);
     read.texture->tint = shown.color.cwiseMin(1.0f);

@@ -2,6 +2,7 @@
 
 #include <assimp/scene.h>
 
+#include <Eigen/Geometry>
 #include <optional>
 #include <string>
 
@@ -22,11 +23,10 @@ struct TextureUse {
   std::string name;         // path, or the name of an embedded texture
   std::string opacityName;  // a second image that holds the opacity; empty for none
   unsigned uvChannel = 0;
+  Eigen::Affine2f placement = Eigen::Affine2f::Identity();  // of the texture coordinates
   AlphaUse alpha = AlphaUse::kBlend;
   float alphaCutoff = 0.5f;
   Vec3 tint{1, 1, 1};  // multiplies the pixels, in linear light
-
-  bool operator==(const TextureUse& other) const = default;
 };
 
 struct ReadMaterial {

@@ -121,10 +121,11 @@ std::vector<Vec3> NormalsOf(const aiMesh& mesh, std::span<const Vec3> positions,
   return normals;
 }
 
-Vec2 UvOf(const aiMesh& mesh, unsigned channel, std::uint32_t vertex) {
-  if (!mesh.HasTextureCoords(channel)) return Vec2::Zero();
-  const aiVector3D& uv = mesh.mTextureCoords[channel][vertex];
-  return std::isfinite(uv.x) && std::isfinite(uv.y) ? Vec2(uv.x, uv.y) : Vec2::Zero();
+Vec2 UvOf(const aiMesh& mesh, const TextureCoordinates& coordinates, std::uint32_t vertex) {
+  if (!mesh.HasTextureCoords(coordinates.channel)) return Vec2::Zero();
+  const aiVector3D& stored = mesh.mTextureCoords[coordinates.channel][vertex];
+  const Vec2 uv = coordinates.placement * Vec2(stored.x, stored.y);
+  return uv.allFinite() ? uv : Vec2::Zero();
 }
 
 // The mean of the corners' colours, 5 bits a channel.
@@ -174,7 +175,7 @@ LeftOut RemoveBrokenFaces(aiMesh& mesh) {
   return leftOut;
 }
 
-LocalMesh ReadMesh(const aiMesh& mesh, unsigned uvChannel, LeftOut& leftOut) {
+LocalMesh ReadMesh(const aiMesh& mesh, const TextureCoordinates& coordinates, LeftOut& leftOut) {
   const std::vector<Vec3> positions = PositionsOf(mesh);
   const std::vector<std::uint32_t> corners = CornersWithArea(mesh, positions, leftOut);
   const std::vector<Vec3> normals = NormalsOf(mesh, positions, corners);
@@ -187,8 +188,8 @@ LocalMesh ReadMesh(const aiMesh& mesh, unsigned uvChannel, LeftOut& leftOut) {
     LocalTriangle triangle{{}, kWhite};
     for (std::size_t corner = 0; corner < 3; ++corner) {
       const std::uint32_t vertex = corners[i + corner];
-      triangle.vertex[corner] =
-          joiner.NumberOf({positions[vertex], normals[i + corner], UvOf(mesh, uvChannel, vertex)});
+      triangle.vertex[corner] = joiner.NumberOf(
+          {positions[vertex], normals[i + corner], UvOf(mesh, coordinates, vertex)});
     }
     if (mesh.HasVertexColors(0)) {
       triangle.color = ColorOf(mesh, std::span(corners).subspan(i).first<3>());

@@ -2,6 +2,7 @@
 
 #include <assimp/scene.h>
 
+#include <Eigen/Geometry>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -46,8 +47,14 @@ Vec3 ColorOfTriangle(std::uint16_t color);
 // library touches them. To be called before any post-processing.
 LeftOut RemoveBrokenFaces(aiMesh& mesh);
 
+// Which texture coordinates of a mesh are wanted, and where they go.
+struct TextureCoordinates {
+  unsigned channel = 0;
+  Eigen::Affine2f placement = Eigen::Affine2f::Identity();
+};
+
 // The triangles of a mesh after triangulation; faces of other sizes are passed over. Normals are
 // the file's where they are finite and have a length, and made with the crease angle elsewhere.
-LocalMesh ReadMesh(const aiMesh& mesh, unsigned uvChannel, LeftOut& leftOut);
+LocalMesh ReadMesh(const aiMesh& mesh, const TextureCoordinates& coordinates, LeftOut& leftOut);
 
 }  // namespace qv::host

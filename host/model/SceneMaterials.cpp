@@ -31,9 +31,10 @@ const ReadMaterial& SceneMaterials::Read(const aiMesh& mesh) const {
   return read_[std::min<std::size_t>(mesh.mMaterialIndex, read_.size() - 1)];
 }
 
-unsigned SceneMaterials::UvChannelFor(const aiMesh& mesh) const {
-  const ReadMaterial& read = Read(mesh);
-  return read.texture && HasUv(mesh, read.texture->uvChannel) ? read.texture->uvChannel : 0;
+TextureCoordinates SceneMaterials::CoordinatesFor(const aiMesh& mesh) const {
+  const std::optional<TextureUse>& texture = Read(mesh).texture;
+  if (!texture) return {};
+  return {HasUv(mesh, texture->uvChannel) ? texture->uvChannel : 0, texture->placement};
 }
 
 // Vertex colours take the place of the material's, but multiply it in glTF.
@@ -52,7 +53,7 @@ MaterialParameters SceneMaterials::Colored(const MaterialParameters& plain,
 std::vector<std::uint32_t> SceneMaterials::IndicesFor(const aiMesh& mesh, const LocalMesh& local) {
   const ReadMaterial& read = Read(mesh);
   MaterialParameters parameters = read.parameters;
-  if (read.texture && HasUv(mesh, UvChannelFor(mesh))) {
+  if (read.texture && HasUv(mesh, CoordinatesFor(mesh).channel)) {
     if (const auto file = textures_.FileFor(*read.texture)) {
       parameters.hasTexture = true;
       parameters.texturePath = *file;

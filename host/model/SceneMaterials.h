@@ -19,9 +19,8 @@ class SceneMaterials {
  public:
   SceneMaterials(const aiScene& scene, const ModelFormat& format, TextureFiles& textures);
 
-  // The channel that holds the texture coordinates of a mesh: the one that its material's texture
-  // asks for, or the first.
-  unsigned UvChannelFor(const aiMesh& mesh) const;
+  // The texture coordinates that a mesh's material asks for; the first where it has no such.
+  TextureCoordinates CoordinatesFor(const aiMesh& mesh) const;
 
   // The material numbers of a mesh's triangles. Where the file colours vertices and the material
   // has no texture, triangles get materials of their mean colours. A material with a texture but

@@ -14,9 +14,11 @@ namespace {
 constexpr float kPi = std::numbers::pi_v<float>;
 constexpr float kRadiansPerDegree = kPi / 180;
 // Down onto the model.
-constexpr float kPitch = 18 * kRadiansPerDegree;
+constexpr float kPitch = 24 * kRadiansPerDegree;
 // The main side is seen at this angle from its normal, the other at the rest of a right angle.
 constexpr float kTurn = 35 * kRadiansPerDegree;
+// What a side without sun counts beside one that it shines on squarely.
+constexpr float kAmbient = 0.3f;
 // The model leaves this part of the frame free on each side.
 constexpr float kMargin = 0.06f;
 // What a window of the usual proportions leaves for the picture beside tool bar and status bar.
@@ -31,23 +33,25 @@ void ForEachPosition(const Scene& scene, Visit visit) {
   }
 }
 
-// Horizontal, from the model to the eye: the one of the eight three-quarter directions whose main
-// side has most of the sun and whose other side has some of it.
-Vec3 SideToLookFrom(const Vec3& sunlight) {
-  const Vec3 toSun(-sunlight.x(), -sunlight.y(), 0);
+// Horizontal, from the model to the eye: of the eight three-quarter directions the one that shows
+// most sunlit surface, going by the sides of the bounds.
+Vec3 SideToLookFrom(const Bounds& bounds, const Vec3& sunlight) {
+  const Vec3 sizes = bounds.sizes();
+  const auto worthOf = [&](const Vec3& normal, float cosine) {
+    const float width = std::abs(normal.x()) > 0.5f ? sizes.y() : sizes.x();
+    return width * cosine * (kAmbient + std::max(-sunlight.dot(normal), 0.0f));
+  };
+  const std::array<Vec3, 4> normals = {Vec3(1, 0, 0), Vec3(0, 1, 0), Vec3(-1, 0, 0),
+                                       Vec3(0, -1, 0)};
   Vec3 best(0, -1, 0);
-  float most = -std::numeric_limits<float>::infinity();
-  for (int quarter = 0; quarter < 4; ++quarter) {
-    const float side = static_cast<float>(quarter) * kPi / 2;
-    for (const float turn : {-kTurn, kTurn}) {
-      const float other = side + std::copysign(kPi / 2, turn);
-      const float sunOnSide = toSun.dot(Vec3(std::cos(side), std::sin(side), 0));
-      const float sunOnOther = toSun.dot(Vec3(std::cos(other), std::sin(other), 0));
-      const float worth = std::max(sunOnSide, 0.0f) + 0.6f * std::max(sunOnOther, 0.0f);
-      if (worth > most + 1e-4f) {
-        most = worth;
-        best = Vec3(std::cos(side + turn), std::sin(side + turn), 0);
-      }
+  float most = -1;
+  for (std::size_t i = 0; i < normals.size(); ++i) {
+    const Vec3& side = normals[i];
+    for (const Vec3& other : {normals[(i + 1) % 4], normals[(i + 3) % 4]}) {
+      const float worth = worthOf(side, std::cos(kTurn)) + worthOf(other, std::sin(kTurn));
+      if (worth <= most) continue;
+      most = worth;
+      best = side * std::cos(kTurn) + other * std::sin(kTurn);
     }
   }
   return best;
@@ -123,7 +127,7 @@ void LookAt(RenderCamera& view, const Vec3& target) {
 
 RenderCamera ViewFromOutside(const Scene& scene, const Vec3& sunlight, float fieldOfView,
                              float aspect) {
-  const Vec3 side = SideToLookFrom(sunlight);
+  const Vec3 side = SideToLookFrom(scene.bounds, sunlight);
   const Vec3 forward = -side * std::cos(kPitch) - Vec3(0, 0, 1) * std::sin(kPitch);
   const Axes axes = AxesOf(forward);
   RenderCamera view;
