@@ -52,9 +52,15 @@ void MeasureScene(const BenchScene& scene, const Options& options, Figures& figu
               f.bareIntersectRate / 1e6, f.previewRatio);
   std::printf("%-8s %9s            shadow  %7.2f of %7.2f Mrays/s  ratio %.3f\n", "", "",
               f.shadowRate / 1e6, f.bareOccludedRate / 1e6, f.shadowRatio);
+  std::printf("%-8s %9s            full    %7.2f of %7.2f Mrays/s  ratio %.3f\n", "", "",
+              f.fullRate / 1e6, f.bareFullRate / 1e6, f.fullRatio);
+  std::printf("%-8s %9s            compose with gamma %.3f of a preview\n", "", "",
+              f.composeToPreview);
   std::fflush(stdout);
   figures.emplace_back(scene.name + ".preview.ratio", f.previewRatio);
   figures.emplace_back(scene.name + ".shadow.ratio", f.shadowRatio);
+  figures.emplace_back(scene.name + ".full_ao.ratio", f.fullRatio);
+  figures.emplace_back(scene.name + ".compose_to_preview", f.composeToPreview);
 }
 
 bool MeasureInViewer(const BenchScene& scene, const std::string& viewer, Figures& figures) {

@@ -38,8 +38,7 @@ class Bench {
       scene_.EndMesh();
     }
     scene_.Build(nullptr);
-    // The sun's shadow rays alone are compared.
-    engine_.SetSwitches({.useAmbientOcclusion = false});
+    SetAmbientOcclusion(false);
     camera_ = scene.camera;
     RunPreview();
   }
@@ -50,6 +49,19 @@ class Bench {
   }
   Bench(const Bench&) = delete;
   Bench& operator=(const Bench&) = delete;
+
+  // Without it the only occlusion rays are those of the sun.
+  void SetAmbientOcclusion(bool use) { engine_.SetSwitches({.useAmbientOcclusion = use}); }
+
+  // Seconds of writing the traced picture anew with a gamma.
+  double RunCompose() {
+    engine_.SetAdjustment({0, 0, 2.2f});
+    const double start = platform::NowSeconds();
+    engine_.ComposeImage(false);
+    const double seconds = platform::NowSeconds() - start;
+    engine_.SetAdjustment({0, 0, 1});
+    return seconds;
+  }
 
   // Seconds from StartRender to passDone.
   double RunPreview() { return Run(ModePreview); }
@@ -70,6 +82,10 @@ class Bench {
     RunFull(true);
     engine_.SetObserver(nullptr);
     recorder_ = nullptr;
+  }
+
+  float FootprintScale() const {
+    return camera_.fieldOfView / static_cast<float>(engine_.Height());
   }
 
   const RenderScene& scene() const { return scene_; }
@@ -100,26 +116,49 @@ class Bench {
   RecordedOcclusion* recorder_ = nullptr;
 };
 
+struct FullFigures {
+  double rate, bareRate;
+};
+
+// The whole of PassFull with ambient occlusion beside its occlusion rays alone.
+FullFigures MeasureFull(Bench& bench, int runs) {
+  bench.SetAmbientOcclusion(true);
+  RecordedOcclusion recorded(bench.scene(), bench.FootprintScale());
+  bench.RecordFull(recorded);
+  Shortest full, bare;
+  BareRun run;
+  for (int i = 0; i < runs; ++i) {
+    run = recorded.Run(bench.threads());
+    bare.Add(run.seconds);
+    full.Add(bench.RunFull(true));
+  }
+  bench.SetAmbientOcclusion(false);
+  const auto rays = static_cast<double>(run.rays);
+  return {rays / full.seconds, rays / bare.seconds};
+}
+
 }  // namespace
 
 RenderFigures MeasureRendering(const BenchScene& scene, int width, int height, int runs) {
+  constexpr int kFullRuns = 4;
   Bench bench(scene, width, height);
-  RecordedOcclusion occlusion(bench.scene(),
-                              bench.camera().fieldOfView / static_cast<float>(height));
-  bench.RecordFull(occlusion);
-  Shortest preview, intersect, full, unlit, occluded;
+  RecordedOcclusion sunRays(bench.scene(), bench.FootprintScale());
+  bench.RecordFull(sunRays);
+  Shortest preview, intersect, full, unlit, occluded, compose;
   BareRun bare, bareShadow;
   for (int i = 0; i < runs; ++i) {
     bare = BareIntersect(bench.scene(), bench.camera(), width, height, bench.threads());
     intersect.Add(bare.seconds);
     preview.Add(bench.RunPreview());
-    bareShadow = occlusion.Run(bench.threads());
+    bareShadow = sunRays.Run(bench.threads());
     occluded.Add(bareShadow.seconds);
     unlit.Add(bench.RunFull(false));
     full.Add(bench.RunFull(true));
+    compose.Add(bench.RunCompose());
   }
   const auto primary = static_cast<double>(bare.rays);
   const auto shadows = static_cast<double>(bareShadow.rays);
+  const FullFigures withOcclusion = MeasureFull(bench, kFullRuns);
   RenderFigures figures;
   figures.previewRate = primary / preview.seconds;
   figures.bareIntersectRate = primary / intersect.seconds;
@@ -127,6 +166,10 @@ RenderFigures MeasureRendering(const BenchScene& scene, int width, int height, i
   figures.bareOccludedRate = shadows / occluded.seconds;
   figures.previewRatio = figures.previewRate / figures.bareIntersectRate;
   figures.shadowRatio = figures.shadowRate / figures.bareOccludedRate;
+  figures.fullRate = withOcclusion.rate;
+  figures.bareFullRate = withOcclusion.bareRate;
+  figures.fullRatio = withOcclusion.rate / withOcclusion.bareRate;
+  figures.composeToPreview = compose.seconds / preview.seconds;
   return figures;
 }
 

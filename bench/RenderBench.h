@@ -14,6 +14,11 @@ struct RenderFigures {
   double bareOccludedRate = 0;
   double previewRatio = 0;  // of the shortest times of interleaved runs
   double shadowRatio = 0;
+  double fullRate =
+      0;  // all occlusion rays a second of PassFull with ambient occlusion, the whole pass counted
+  double bareFullRate = 0;
+  double fullRatio = 0;
+  double composeToPreview = 0;  // time of ComposeImage with a gamma, as a share of a preview's
 };
 
 RenderFigures MeasureRendering(const BenchScene& scene, int width, int height, int runs);

@@ -183,11 +183,12 @@ void FrameEngine::Compose(bool useAntialiasData) {
   const std::lock_guard lock(screenMutex_);
   if (base_.height() < 1) return;
   if (pass_ == PassPreview) {
-    ComposePreview(base_, screen_);
+    ComposePreview(base_, threadCount_, screen_);
   } else if (samplesStand_ && (pass_ == PassAntialias || useAntialiasData)) {
-    ComposeAntialiased(base_, samples_, antialiasFactor_, edgeMask_, adjustment_, screen_);
+    ComposeAntialiased(base_, samples_, antialiasFactor_, edgeMask_, adjustment_, threadCount_,
+                       screen_);
   } else {
-    ComposeBase(base_, adjustment_, screen_);
+    ComposeBase(base_, adjustment_, threadCount_, screen_);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "render/image/ParallelRows.h"
 #include "render/image/PixelOps.h"
 
 namespace qv {
@@ -37,29 +38,37 @@ void ComposeMean(const RenderTarget& samples, int factor, int x, int y,
 
 }  // namespace
 
-void ComposePreview(const RenderTarget& base, ScreenImage& screen) {
-  for (int y = 0; y < base.height(); ++y) {
-    TakeLowBytes(base.Row(y), 3 * static_cast<std::size_t>(base.width()), screen.Row(y));
-    SwapRedAndBlue(screen.Row(y), base.width());
-  }
+void ComposePreview(const RenderTarget& base, int threads, ScreenImage& screen) {
+  ForBandsOfRows(base.height(), threads, [&](int first, int last) {
+    for (int y = first; y < last; ++y) {
+      TakeLowBytes(base.Row(y), 3 * static_cast<std::size_t>(base.width()), screen.Row(y));
+      SwapRedAndBlue(screen.Row(y), base.width());
+    }
+  });
 }
 
-void ComposeBase(const RenderTarget& base, const Adjustment& adjustment, ScreenImage& screen) {
-  for (int y = 0; y < base.height(); ++y) {
-    ComposeAdjustedRow(base.Row(y), base.width(), adjustment, screen.Row(y));
-  }
+void ComposeBase(const RenderTarget& base, const Adjustment& adjustment, int threads,
+                 ScreenImage& screen) {
+  ForBandsOfRows(base.height(), threads, [&](int first, int last) {
+    for (int y = first; y < last; ++y) {
+      ComposeAdjustedRow(base.Row(y), base.width(), adjustment, screen.Row(y));
+    }
+  });
 }
 
 void ComposeAntialiased(const RenderTarget& base, const RenderTarget& samples, int factor,
-                        const EdgeMask& mask, const Adjustment& adjustment, ScreenImage& screen) {
-  for (int y = 0; y < base.height(); ++y) {
-    std::uint8_t* to = screen.Row(y);
-    ComposeAdjustedRow(base.Row(y), base.width(), adjustment, to);
-    const std::uint32_t* marks = mask.Row(y);
-    for (int x = 0; x < base.width(); ++x) {
-      if (marks[x] != 0) ComposeMean(samples, factor, x, y, adjustment, to + 3 * x);
+                        const EdgeMask& mask, const Adjustment& adjustment, int threads,
+                        ScreenImage& screen) {
+  ForBandsOfRows(base.height(), threads, [&](int first, int last) {
+    for (int y = first; y < last; ++y) {
+      std::uint8_t* to = screen.Row(y);
+      ComposeAdjustedRow(base.Row(y), base.width(), adjustment, to);
+      const std::uint32_t* marks = mask.Row(y);
+      for (int x = 0; x < base.width(); ++x) {
+        if (marks[x] != 0) ComposeMean(samples, factor, x, y, adjustment, to + 3 * x);
+      }
     }
-  }
+  });
 }
 
 }  // namespace qv
