@@ -1,0 +1,30 @@
+# quorvane_program(NAME DESCRIPTION SOURCES ... USES target ...)
+#
+# A program without a console window. On Windows it carries its icon, its version and a manifest: common controls 6, sharp
+# on every monitor, bytes of texts and file names are UTF-8.
+function(quorvane_program name description)
+  cmake_parse_arguments(PROGRAM "" "" "SOURCES;USES" ${ARGN})
+  add_executable(${name} WIN32 ${PROGRAM_SOURCES})
+  target_link_libraries(${name} PRIVATE quorvane_options ${PROGRAM_USES})
+  if(WIN32)
+    add_program_resources(${name} "${description}")
+    if(MINGW)
+      target_link_options(${name} PRIVATE -municode)
+    endif()
+  endif()
+endfunction()
+
+function(add_program_resources name description)
+  set(PROGRAM_NAME ${name})
+  set(PROGRAM_DESCRIPTION "${description}")
+  set(PROGRAM_ICON ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/images/Quorvane.ico)
+  set(PROGRAM_MANIFEST ${CMAKE_CURRENT_BINARY_DIR}/${name}.manifest)
+  set(resources ${CMAKE_CURRENT_BINARY_DIR}/${name}.rc)
+  configure_file(${CMAKE_SOURCE_DIR}/cmake/windows/program.manifest.in ${PROGRAM_MANIFEST} @ONLY)
+  configure_file(${CMAKE_SOURCE_DIR}/cmake/windows/program.rc.in ${resources} @ONLY)
+  set_source_files_properties(${resources} PROPERTIES OBJECT_DEPENDS "${PROGRAM_ICON};${PROGRAM_MANIFEST}")
+  target_sources(${name} PRIVATE ${resources})
+  target_link_libraries(${name} PRIVATE quorvane_wx)
+  # The icon is drawn there.
+  add_dependencies(${name} quorvane_images)
+endfunction()
