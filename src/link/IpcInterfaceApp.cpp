@@ -86,8 +86,9 @@ void IpcInterfaceApp::Dispatch() {
 void IpcInterfaceApp::HandleFrameMessage(std::uint32_t number) {
   if (number != WM_VIEWER_RELEASE_SHARED && number != WM_VIEWER_REOPEN_SHARED) return;
   const std::unique_lock<std::mutex> lock(areaMutex_, std::try_to_lock);
-  if (!lock || !visible_()) {
-    Log(LogLevel::kWarning, lock ? "Link: command area kept, since the window is not visible"
+  const bool idle = lock && !lockEvent1_.Wait(std::chrono::milliseconds::zero());
+  if (!idle || !visible_()) {
+    Log(LogLevel::kWarning, idle ? "Link: command area kept, since the window is not visible"
                                  : "Link: command area kept, since a command is under way");
     return;
   }
@@ -101,22 +102,26 @@ void IpcInterfaceApp::Listen() {
   platform::LowerCurrentThreadPriority();
   // Without an open link the wait fails at once.
   while (!stopRequested_ && lockEvent1_.Wait()) {
-    lockEvent1_.Reset();
-    if (stopRequested_) break;
-    CarryOutCommand();
-    lockEvent2_.Set();
+    if (!AnswerRing()) break;
   }
   listening_ = false;
 }
 
-// The area is given free before the host is answered: from then on the host may exchange it.
-void IpcInterfaceApp::CarryOutCommand() {
-  const std::lock_guard<std::mutex> lock(areaMutex_);
-  if (sharedMapping_) {
-    decoder_->Decode(sharedMapping_.bytes());
-  } else {
-    Log(LogLevel::kWarning, "Link: a command came while the command area was released");
+// False when it was no host that rang. The area is given free before the host is answered: from
+// then on the host may exchange it.
+bool IpcInterfaceApp::AnswerRing() {
+  {
+    const std::lock_guard<std::mutex> lock(areaMutex_);
+    lockEvent1_.Reset();
+    if (stopRequested_) return false;
+    if (sharedMapping_) {
+      decoder_->Decode(sharedMapping_.bytes());
+    } else {
+      Log(LogLevel::kWarning, "Link: a command came while the command area was released");
+    }
   }
+  lockEvent2_.Set();
+  return true;
 }
 
 }  // namespace qv

@@ -90,7 +90,7 @@ class IpcInterfaceApp {
 
  private:
   void Listen();
-  void CarryOutCommand();
+  bool AnswerRing();
   void PostRecord(std::uint32_t number, platform::SharedMemory record);
   platform::SharedMemory Request(std::uint32_t number, platform::SharedMemory record = {});
 

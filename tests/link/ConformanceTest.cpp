@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <limits>
 #include <memory>
 #include <thread>
 
@@ -21,6 +23,7 @@ using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 
@@ -392,6 +395,21 @@ TEST_F(Conformance, TheViewersDeathEndsTheWait) {
   EXPECT_FALSE(link_->SetProgress(0));
   EXPECT_FALSE(link_->ResizeArea(100000));
   EXPECT_FALSE(link_->ViewerRunning());
+}
+
+TEST_F(Conformance, TheHostsEndLeavesTheViewerUp) {
+  const std::string until = record_.path() + "-until";
+  Start({"--until=" + until});
+  const RecordBytes order = RecordBytes(15).Int(4, 8).Text(8, "!WorkAndAsk");
+  EXPECT_FALSE(link_->SendRecord(order.bytes(), 0, milliseconds(20)));
+  link_.reset();
+  // Asked after the host has gone, in the middle of a command.
+  EXPECT_TRUE(record_.Await("GetCamera none"));
+  platform::SleepMilliseconds(200);
+  EXPECT_THAT(record_.NewLines(), Not(Contains("stopped")));
+  std::ofstream(until) << "now";
+  EXPECT_TRUE(record_.Await("end"));
+  std::filesystem::remove(until);
 }
 
 TEST_F(Conformance, InterruptEndsTheWait) {

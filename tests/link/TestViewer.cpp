@@ -206,6 +206,9 @@ void TestViewer::Do(const std::string& order) {
     words >> milliseconds;
     platform::SleepMilliseconds(milliseconds);
     recorder_.Write("worked");
+  } else if (what == "WorkAndAsk") {
+    platform::SleepMilliseconds(300);
+    Do("GetCamera");
   } else if (what == "CloseMeanwhile") {
     // The GUI thread closes the link while this command still has much to do.
     OnGuiThread([this] { Stop(); });
