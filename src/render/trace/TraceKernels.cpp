@@ -42,6 +42,40 @@ bool Valid(const LaneInts& mask, int block, int* valid) {
   return any != 0;
 }
 
+// The ray library takes no rays with larger numbers, nor with what is no number (its own limit is
+// 1.844e18); some builds of it end the program over one.
+constexpr float kLargestNumber = 1e18f;
+
+bool IsUsable(float v) {
+  return std::abs(v) <= kLargestNumber;
+}
+
+// Switches those rays off: they meet nothing and get no light. False if no ray is left.
+template <class Rays>
+bool DropUnusable(const Rays& rays, int block, int* valid, LaneInts& mask) {
+  alignas(32) int usable[8];
+  int all = -1;
+  for (int i = 0; i < 8; ++i) {
+    const bool ok = IsUsable(rays.org_x[i]) & IsUsable(rays.org_y[i]) & IsUsable(rays.org_z[i]) &
+                    IsUsable(rays.dir_x[i]) & IsUsable(rays.dir_y[i]) & IsUsable(rays.dir_z[i]);
+    usable[i] = ok ? -1 : 0;
+    all &= usable[i] | ~valid[i];
+  }
+  if (all == -1) return true;
+  int any = 0;
+  for (int i = 0; i < 8; ++i) {
+    if (valid[i] != 0 && usable[i] == 0) mask[LaneOf(block, i)] = -1;
+    valid[i] &= usable[i];
+    any |= valid[i];
+  }
+  return any != 0;
+}
+
+bool IsUsable(const RTCRay& ray) {
+  return IsUsable(ray.org_x) && IsUsable(ray.org_y) && IsUsable(ray.org_z) && IsUsable(ray.dir_x) &&
+         IsUsable(ray.dir_y) && IsUsable(ray.dir_z);
+}
+
 // Errors of the ray library are fetched, so that the next call starts clean, and dropped.
 void DropError(RTCDevice device) {
   static_cast<void>(rtcGetDeviceError(device));
@@ -70,6 +104,7 @@ void TraceClosestBlock(const TraceTarget& target, RayPacket& packet, int block) 
   Gather(packet.direction[0], block, query.ray.dir_x);
   Gather(packet.direction[1], block, query.ray.dir_y);
   Gather(packet.direction[2], block, query.ray.dir_z);
+  if (!DropUnusable(query.ray, block, valid, packet.geometry)) return;
   for (int i = 0; i < 8; ++i) {
     query.ray.tnear[i] = 0;
     query.ray.tfar[i] = kInfinity;
@@ -99,6 +134,10 @@ void TraceClosestLane(const TraceTarget& target, RayPacket& packet, int lane) {
   query.ray.dir_x = packet.direction[0][lane];
   query.ray.dir_y = packet.direction[1][lane];
   query.ray.dir_z = packet.direction[2][lane];
+  if (!IsUsable(query.ray)) {
+    packet.geometry[lane] = -1;
+    return;
+  }
   query.ray.tfar = kInfinity;
   query.ray.mask = ~0u;
   query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
@@ -175,6 +214,7 @@ void TraceShadowBlock(const TraceTarget& target, const Origins& origins, const L
   Gather(d[0], block, ray.dir_x);
   Gather(d[1], block, ray.dir_y);
   Gather(d[2], block, ray.dir_z);
+  if (!DropUnusable(ray, block, valid, mask)) return;
   for (int i = 0; i < 8; ++i) {
     ray.tnear[i] = 0;
     ray.tfar[i] = tfar;
@@ -203,6 +243,10 @@ void TraceShadowLane(const TraceTarget& target, const Origins& origins, const La
   ray.dir_x = d[0][lane];
   ray.dir_y = d[1][lane];
   ray.dir_z = d[2][lane];
+  if (!IsUsable(ray)) {
+    mask[lane] = -1;
+    return;
+  }
   ray.tfar = tfar;
   ray.mask = ~0u;
   ShadowContext context;
