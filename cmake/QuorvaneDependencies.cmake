@@ -1,4 +1,7 @@
 # Every library that the program is made of, looked up in one place.
+if(WIN32)
+  include(windows/Libraries)
+endif()
 find_package(Threads REQUIRED)
 find_package(Eigen3 3.4 REQUIRED NO_MODULE)
 
@@ -17,6 +20,9 @@ if(NOT QUORVANE_LINK_ONLY)
   add_library(quorvane_freeimage INTERFACE)
   target_include_directories(quorvane_freeimage SYSTEM INTERFACE ${FREEIMAGE_INCLUDE_DIR})
   target_link_libraries(quorvane_freeimage INTERFACE ${FREEIMAGE_LIBRARY})
+  if(WIN32)
+    use_freeimage_on_windows(quorvane_freeimage)
+  endif()
 
   add_library(quorvane_wx INTERFACE)
   target_include_directories(quorvane_wx SYSTEM INTERFACE ${wxWidgets_INCLUDE_DIRS})

@@ -11,7 +11,8 @@ list(FILTER sources EXCLUDE REGEX "/(PluginEXR|PluginJ2K|PluginJP2|J2KHelper|Plu
 
 add_library(freeimage STATIC ${sources} LeftOut.cpp)
 target_include_directories(freeimage PRIVATE Source Source/Metadata Source/FreeImageToolkit)
-target_compile_definitions(freeimage PRIVATE FREEIMAGE_LIB)
+target_include_directories(freeimage PRIVATE ${IMATH_HEADERS})
+target_compile_definitions(freeimage PRIVATE FREEIMAGE_LIB IMATH_HALF_NO_LOOKUP_TABLE)
 target_compile_options(freeimage PRIVATE -w)
 target_link_libraries(freeimage PRIVATE TIFF::TIFF JPEG::JPEG PNG::PNG ZLIB::ZLIB)
 
