@@ -14,6 +14,8 @@ target_include_directories(freeimage PRIVATE Source Source/Metadata Source/FreeI
 target_include_directories(freeimage PRIVATE ${IMATH_HEADERS})
 target_compile_definitions(freeimage PRIVATE FREEIMAGE_LIB IMATH_HALF_NO_LOOKUP_TABLE)
 target_compile_options(freeimage PRIVATE -w)
+# Before FreeImage's header, which declares types of Windows by itself where they are missing.
+set_source_files_properties(LeftOut.cpp PROPERTIES COMPILE_OPTIONS "-include;windows.h")
 target_link_libraries(freeimage PRIVATE TIFF::TIFF JPEG::JPEG PNG::PNG ZLIB::ZLIB)
 
 install(TARGETS freeimage DESTINATION lib)
