@@ -33,6 +33,13 @@ bool HasLostItsTarget(const aiCamera& camera, const ModelFormat& format) {
   return format.family == ModelFormat::Family::k3ds && camera.mLookAt == aiVector3D(0, 0, 1);
 }
 
+// glTF: cameras stand at their node's origin. The import library copies the node's move into them,
+// which would count twice.
+Eigen::Vector3d LocalPosition(const aiCamera& camera, const ModelFormat& format) {
+  if (format.family == ModelFormat::Family::kGltf) return Eigen::Vector3d::Zero();
+  return ToVector3d(camera.mPosition);
+}
+
 // The part of `v` at right angles to the unit vector `axis`, at unit length.
 Vec3 Upright(const Vec3& v, const Vec3& axis) {
   Vec3 across = v - axis * v.dot(axis);
@@ -51,7 +58,7 @@ std::optional<SceneCamera> Placed(const aiCamera& camera, const ModelFormat& for
   SceneCamera placed;
   placed.name = camera.mName.C_Str();
   RenderCamera& view = placed.view;
-  view.position = (place * ToVector3d(camera.mPosition)).cast<float>();
+  view.position = (place * LocalPosition(camera, format)).cast<float>();
   view.forward = UnitOr(place.linear() * ToVector3d(camera.mLookAt), Vec3(0, 1, 0));
   view.up = Upright(UnitOr(place.linear() * ToVector3d(camera.mUp), Vec3(0, 0, 1)), view.forward);
   view.fieldOfView = FieldOfViewOf(camera, format);

@@ -97,7 +97,7 @@ std::vector<std::string> Sentences(const LeftOut& leftOut) {
   };
   tell(leftOut.notFinite, "faces with a corner that is no finite point");
   tell(leftOut.outOfRange, "faces with vertex numbers that do not exist");
-  tell(leftOut.withoutArea, "triangles without area");
+  tell(leftOut.withoutArea, "faces without area");
   return sentences;
 }
 
@@ -152,7 +152,7 @@ LoadResult Load(const fs::path& path, const LoadOptions& options) {
   const ModelFormat format = FormatOf(importer, *source);
   const LeftOut leftOut = RemoveAllBrokenFaces(*source);
   if (source->mNumMeshes == 0) return {nullptr, NothingToShow(leftOut)};
-  unsigned steps = aiProcess_GenUVCoords | aiProcess_Triangulate;
+  unsigned steps = aiProcess_GenUVCoords;
   // glTF's are applied with the material's texture.
   if (format.family != ModelFormat::Family::kGltf) steps |= aiProcess_TransformUVCoords;
   if (importer.ApplyPostProcessing(steps) == nullptr) return {nullptr, importer.GetErrorString()};

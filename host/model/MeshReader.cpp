@@ -9,6 +9,7 @@
 #include <unordered_map>
 
 #include "host/model/CreaseNormals.h"
+#include "host/model/PolygonCutter.h"
 
 namespace qv::host {
 namespace {
@@ -79,18 +80,34 @@ bool HasArea(const Vec3& a, const Vec3& b, const Vec3& c) {
   return ab.cross(ac).norm() > 1e-10 * longest;
 }
 
+// The vertex numbers of a face's triangles, three for each.
+std::vector<std::uint32_t> TriangulatedFace(const aiFace& face, std::span<const Vec3> positions) {
+  const std::span indices(face.mIndices, face.mNumIndices);
+  if (indices.size() <= 3) return {indices.begin(), indices.end()};
+  std::vector<Vec3> polygon;
+  for (const unsigned index : indices) polygon.push_back(positions[index]);
+  std::vector<std::uint32_t> corners;
+  for (const auto& triangle : CutPolygon(polygon)) {
+    for (const std::uint32_t corner : triangle) corners.push_back(indices[corner]);
+  }
+  return corners;
+}
+
 std::vector<std::uint32_t> CornersWithArea(const aiMesh& mesh, std::span<const Vec3> positions,
                                            LeftOut& leftOut) {
   std::vector<std::uint32_t> corners;
   corners.reserve(std::size_t{3} * mesh.mNumFaces);
   for (const aiFace& face : std::span(mesh.mFaces, mesh.mNumFaces)) {
-    if (face.mNumIndices != 3) continue;
-    const std::array<std::uint32_t, 3> numbers = {face.mIndices[0], face.mIndices[1],
-                                                  face.mIndices[2]};
-    if (HasArea(positions[numbers[0]], positions[numbers[1]], positions[numbers[2]])) {
-      corners.insert(corners.end(), numbers.begin(), numbers.end());
-    } else {
-      ++leftOut.withoutArea;
+    if (face.mNumIndices < 3) continue;
+    const std::vector<std::uint32_t> cut = TriangulatedFace(face, positions);
+    if (cut.empty()) ++leftOut.withoutArea;
+    for (std::size_t i = 0; i < cut.size(); i += 3) {
+      if (HasArea(positions[cut[i]], positions[cut[i + 1]], positions[cut[i + 2]])) {
+        corners.insert(corners.end(), cut.begin() + static_cast<std::ptrdiff_t>(i),
+                       cut.begin() + static_cast<std::ptrdiff_t>(i) + 3);
+      } else {
+        ++leftOut.withoutArea;
+      }
     }
   }
   return corners;

@@ -16,7 +16,7 @@ namespace qv::host {
 struct LeftOut {
   std::size_t notFinite = 0;    // faces with a corner that is no finite point
   std::size_t outOfRange = 0;   // faces with vertex numbers that do not exist
-  std::size_t withoutArea = 0;  // triangles that are lines or points
+  std::size_t withoutArea = 0;  // faces and triangles that are lines or points
 
   LeftOut& operator+=(const LeftOut& other);
 };
@@ -53,8 +53,8 @@ struct TextureCoordinates {
   Eigen::Affine2f placement = Eigen::Affine2f::Identity();
 };
 
-// The triangles of a mesh after triangulation; faces of other sizes are passed over. Normals are
-// the file's where they are finite and have a length, and made with the crease angle elsewhere.
+// The faces of a mesh as triangles; points and lines are passed over. Normals are the file's where
+// they are finite and have a length, and made with the crease angle elsewhere.
 LocalMesh ReadMesh(const aiMesh& mesh, const TextureCoordinates& coordinates, LeftOut& leftOut);
 
 }  // namespace qv::host
