@@ -296,7 +296,7 @@ void RaytraceImpl::ReadScreen(const std::function<void(const ScreenView&)>& read
 RenderStatistics RaytraceImpl::Statistics() const {
   const FrameEngine::PassTimes times = parts_->engine.Times();
   return {times.base, times.antialias, parts_->scene.TriangleCount(),
-          static_cast<std::int32_t>(parts_->scene.Materials().size())};
+          parts_->scene.MaterialCount()};
 }
 
 ViewBounds RaytraceImpl::Bounds() const {
@@ -339,6 +339,7 @@ void RaytraceImpl::PanVectors(float distance, Vec3& right, Vec3& up) const {
 
 void RaytraceImpl::Shutdown() {
   parts_->engine.StopRender();
+  parts_->engine.ResizeTargets(0, 0, parts_->engine.AntialiasFactor());
   parts_->scene.Clear();
 }
 

@@ -126,7 +126,7 @@ class RaytraceImpl {
                    const Vec3& target, RenderMode mode, bool showProgress);
   void StartRenderSameCamera(RenderMode mode);
   // Ends the job and waits until its thread has ended, calling the yield function meanwhile. A
-  // second call inside that wait returns at once.
+  // second call inside that wait returns at once, and a StartRender only stores what it is given.
   void StopRender();
   // Waits until no job runs, or the time is over; true if none runs. Any thread but the engine's.
   bool WaitUntilDone(std::optional<double> seconds);

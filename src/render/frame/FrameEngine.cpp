@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstring>
+#include <new>
 
 #include "platform/Clock.h"
 #include "platform/Threads.h"
@@ -10,6 +11,9 @@
 
 namespace qv {
 namespace {
+
+// Tiles are numbered in 32 bits along a curve over a square: 2^15 a side.
+constexpr int kLargestSide = kTileSide << 15;
 
 // How long StopRender sleeps between two looks at the windows.
 constexpr std::chrono::milliseconds kYieldInterval{5};
@@ -40,18 +44,29 @@ FrameEngine::~FrameEngine() {
 }
 
 bool FrameEngine::ResizeTargets(int width, int height, int antialiasFactor) {
+  const std::lock_guard lock(screenMutex_);
   antialiasFactor_ = antialiasFactor;
   samplesStand_ = false;
-  const bool fits = base_.Resize(width, height) &&
-                    samples_.Resize(width * antialiasFactor, height * antialiasFactor);
-  if (!fits) {
-    base_ = {};
-    samples_ = {};
+  if (AllocateTargets(width, height)) return true;
+  base_ = {};
+  samples_ = {};
+  edgeMask_ = {};
+  screen_ = {};
+  return false;
+}
+
+bool FrameEngine::AllocateTargets(int width, int height) {
+  const int largest = kLargestSide / antialiasFactor_;
+  if (width > largest || height > largest) return false;
+  if (!base_.Resize(width, height)) return false;
+  if (!samples_.Resize(width * antialiasFactor_, height * antialiasFactor_)) return false;
+  try {
+    edgeMask_.Resize(width, height);
+    screen_.Resize(width, height);
+  } catch (const std::bad_alloc&) {
+    return false;
   }
-  edgeMask_.Resize(base_.width(), base_.height());
-  const std::lock_guard lock(screenMutex_);
-  screen_.Resize(base_.width(), base_.height());
-  return fits;
+  return true;
 }
 
 void FrameEngine::StartRender(const RenderCamera& camera, RenderMode mode, bool showProgress) {
@@ -72,6 +87,9 @@ void FrameEngine::Queue(const RenderCamera* camera, RenderMode mode, bool showPr
   pendingMode_ = mode;
   pendingLightFactors_ = lightFactors_;
   pendingSwitches_ = switches_;
+  // Whoever waits in StopRender decides what comes next: a view that is moved all the time would
+  // keep it there for ever.
+  if (stopping_) return;
   const RenderState before = state_.exchange(RenderState::kQueued);
   if (before != RenderState::kNone && before != RenderState::kIdle) return;
   // A control thread that has set the state to idle touches nothing any more.
@@ -123,7 +141,7 @@ void FrameEngine::SetUpJob() {
 
   inputs_.scene = &scene_;
   inputs_.background = &background_.faces();
-  inputs_.directions = &directions_;
+  inputs_.directions = &SampleDirections::Shared();
   inputs_.factors = pendingLightFactors_;
   inputs_.switches = pendingSwitches_;
   inputs_.footprintScale = camera.fieldOfView / static_cast<float>(base_.height());
@@ -176,6 +194,9 @@ void FrameEngine::MarkEdges(bool clearSamples) {
 }
 
 void FrameEngine::ComposeImage(bool useAntialiasData) {
+  if (state_ != RenderState::kIdle) return;
+  // With the lock no other thread begins a job meanwhile.
+  const std::lock_guard lock(lock_);
   if (state_ == RenderState::kIdle) Compose(useAntialiasData);
 }
 
@@ -203,25 +224,19 @@ void FrameEngine::StopRender() {
   }
   if (stopping_) return;
   stopping_ = true;
-  AssertStop();
-  while (LeaveRequested() || state_ == RenderState::kRendering) {
+  if (state_ == RenderState::kQueued || state_ == RenderState::kRendering) {
+    state_ = RenderState::kStopping;
+  }
+  while (state_ == RenderState::kStopping) {
     done_.wait_for(lock, kYieldInterval);
-    if (yield_) {
+    if (yield_ && state_ == RenderState::kStopping) {
       lock.unlock();
       yield_();
       lock.lock();
     }
-    // What the windows asked for meanwhile waits until the caller of this starts its own job.
-    AssertStop();
   }
   stopping_ = false;
   if (controlThread_.joinable()) controlThread_.join();
-}
-
-void FrameEngine::AssertStop() {
-  if (state_ == RenderState::kQueued || state_ == RenderState::kRendering) {
-    state_ = RenderState::kStopping;
-  }
 }
 
 bool FrameEngine::WaitUntilDone(std::optional<double> seconds) {

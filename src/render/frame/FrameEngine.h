@@ -77,6 +77,7 @@ class FrameEngine {
   std::atomic<bool> offline{false};
 
  private:
+  bool AllocateTargets(int width, int height);
   void Queue(const RenderCamera* camera, RenderMode mode, bool showProgress);
   void ControlThread();
   void SetUpJob();
@@ -87,7 +88,6 @@ class FrameEngine {
   void Compose(bool useAntialiasData);
   void ReportProgress(float value) const;
   bool LeaveRequested() const;
-  void AssertStop();
 
   RTCDevice device_;
   RenderScene& scene_;
@@ -108,7 +108,7 @@ class FrameEngine {
   LightFactorsInUse pendingLightFactors_;
   ShadeSwitches switches_;
   ShadeSwitches pendingSwitches_;
-  bool showProgress_ = false;
+  std::atomic<bool> showProgress_{false};
 
   // Cameras have a lock of their own, so that nobody waits for a scene's set-up to read one.
   mutable std::mutex cameraMutex_;
@@ -117,7 +117,6 @@ class FrameEngine {
 
   // The job in hand: control thread only.
   RenderMode activeMode_ = ModeMotion;
-  const SampleDirections directions_;
   ShadeInputs inputs_;
   PacketPool packets_;
   EdgeMask edgeMask_;

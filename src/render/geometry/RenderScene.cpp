@@ -103,13 +103,15 @@ void RenderScene::Build(void* userData) {
     rtcSetSceneFlags(embreeScene_, RTC_SCENE_FLAG_DYNAMIC | RTC_SCENE_FLAG_CONTEXT_FILTER_FUNCTION);
     rtcSetSceneBuildQuality(embreeScene_, RTC_BUILD_QUALITY_MEDIUM);
   }
-  triangleCount_ = 0;
+  std::int32_t triangles = 0;
   for (const auto& mesh : meshes_) {
     if (mesh->GeometryId() == Mesh::kNoGeometry) {
       mesh->Build(device_, embreeScene_, materials_, userData);
     }
-    triangleCount_ += static_cast<std::int32_t>(mesh->TriangleCount());
+    triangles += static_cast<std::int32_t>(mesh->TriangleCount());
   }
+  triangleCount_ = triangles;
+  materialCount_ = static_cast<std::int32_t>(materials_.size());
   SampleLEMLights(lemLights_);
   sceneBusy = false;
 }
@@ -139,6 +141,7 @@ void RenderScene::Clear() {
   lemLights_.clear();
   materials_.clear();
   triangleCount_ = 0;
+  materialCount_ = 0;
   bounds_ = {Vec3::Constant(std::numeric_limits<float>::max()),
              Vec3::Constant(std::numeric_limits<float>::min())};
 }

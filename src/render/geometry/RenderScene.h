@@ -52,7 +52,9 @@ class RenderScene {
   void Clear();
 
   // Light 0: the sun. Render thread, between passes.
-  void SetSun(const RenderLight& sun) { lights_.front() = sun; }
+  void SetSun(const RenderLight& sun) {
+    if (!lights_.empty()) lights_.front() = sun;
+  }
 
   const std::vector<RenderLight>& Lights() const { return lights_; }
   const std::vector<RenderLEMLight>& LEMLights() const { return lemLights_; }
@@ -60,7 +62,9 @@ class RenderScene {
   // The position in this list is the geometry identifier of a hit.
   const std::vector<std::shared_ptr<Mesh>>& Meshes() const { return meshes_; }
   const SceneBounds& Bounds() const { return bounds_; }
+  // Of the scene as it was built last. Any thread.
   std::int32_t TriangleCount() const { return triangleCount_; }
+  std::int32_t MaterialCount() const { return materialCount_; }
   RTCScene EmbreeScene() const { return embreeScene_; }
 
   // True from construction until the first scene is built, and while the scene is updated for a
@@ -78,7 +82,8 @@ class RenderScene {
   std::vector<RenderLEMLight> lemLights_;
   std::vector<RenderMaterial> materials_;
   SceneBounds bounds_;
-  std::int32_t triangleCount_ = 0;
+  std::atomic<std::int32_t> triangleCount_{0};
+  std::atomic<std::int32_t> materialCount_{0};
   RTCScene embreeScene_ = nullptr;
   std::vector<std::shared_ptr<Mesh>> meshes_;
   std::shared_ptr<Mesh> currentMesh_;

@@ -59,6 +59,11 @@ std::vector<std::uint32_t> DrawStarts() {
 
 }  // namespace
 
+const SampleDirections& SampleDirections::Shared() {
+  static const SampleDirections directions;
+  return directions;
+}
+
 SampleDirections::SampleDirections()
     : occlusion(DrawOcclusion()), glossy(DrawGlossy()), glossyStarts(DrawStarts()) {}
 

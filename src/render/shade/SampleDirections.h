@@ -7,12 +7,12 @@
 
 namespace qv {
 
-// The fixed sample directions of a renderer, drawn once from generators seeded with 1234.
+// The fixed sample directions of all renderers, drawn once from generators seeded with 1234.
 struct SampleDirections {
   static constexpr int kOcclusion = 64;
   static constexpr int kGlossy = 100000;
 
-  SampleDirections();
+  static const SampleDirections& Shared();
 
   // Unit vectors of the hemisphere about +z.
   std::vector<Vec3> occlusion;
@@ -26,6 +26,9 @@ struct SampleDirections {
   std::uint32_t GlossyStart(std::uint32_t draw) const {
     return glossyStarts[draw % glossyStarts.size()];
   }
+
+ private:
+  SampleDirections();
 };
 
 }  // namespace qv
