@@ -135,7 +135,9 @@ HostProgram::Event HostProgram::Send() {
     if (late && !answered) link_->Interrupt();
     return IsReady(sending, time);
   });
-  if (event != Event::kDone) link_->Interrupt();
+  if (event == Event::kEndRequested) link_->Interrupt();
+  // The command in flight ends with the viewer.
+  if (event == Event::kViewerClosed && !IsReady(sending, kPatienceForEnd)) link_->KillViewer();
   const auto counts = sending.get();
   if (counts) {
     console_.Tell("scene sent: " + TextOf(*counts));
@@ -182,19 +184,24 @@ int HostProgram::End(Event event) {
   if (!link_) return endRequested_();
   if (event == Event::kViewerClosed) return EndAfterClose();
   const auto code = link_->WaitForViewer(milliseconds(0));
-  link_->Interrupt();
-  link_->KillViewer();
-  link_.reset();
+  EndViewer();
   if (event == Event::kEndRequested) return endRequested_();
   console_.Complain("the viewer ended unexpectedly" +
                     (code ? ", with exit code " + std::to_string(*code) : ""));
   return kFailure;
 }
 
+void HostProgram::EndViewer() {
+  link_->KillViewer();
+  for (int i = 0; i < 100 && link_->ViewerRunning(); ++i) {
+    std::this_thread::sleep_for(milliseconds(10));
+  }
+  link_.reset();
+}
+
 int HostProgram::EndAfterClose() {
   const auto code = link_->WaitForViewer(kPatienceForEnd);
-  if (!code) link_->KillViewer();
-  link_.reset();
+  EndViewer();
   if (code == 0) {
     console_.Tell("viewer closed");
     return 0;

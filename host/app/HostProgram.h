@@ -47,6 +47,7 @@ class HostProgram {
   Event Serve();
   int End(Event event);
   int EndAfterClose();
+  void EndViewer();
   void Describe();
 
   Options options_;

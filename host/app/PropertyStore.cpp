@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <utility>
 
 namespace qv::host {
@@ -52,8 +53,17 @@ std::optional<PropertyStore::Value> BytesOf(const std::string& hex) {
   return value;
 }
 
+std::optional<std::string> WholeFile(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream text;
+  // The insertion of nothing counts as a failure.
+  if (file.peek() != std::ifstream::traits_type::eof()) text << file.rdbuf();
+  if (!file.is_open() || file.bad() || !text) return std::nullopt;
+  return text.str();
+}
+
 // Nothing if the text is no property file.
-std::optional<std::map<std::string, PropertyStore::Value>> ValuesIn(std::istream& text) {
+std::optional<std::map<std::string, PropertyStore::Value>> ValuesIn(const std::string& text) {
   const json document = json::parse(text, nullptr, false);
   if (!document.is_object() || document.value("format", json()) != kFormatName ||
       !document.contains("properties") || !document["properties"].is_object()) {
@@ -92,7 +102,7 @@ PropertyStore::PropertyStore(const fs::path& model, const fs::path& userFolder) 
   }
   file_ = besideModel_;
   for (const fs::path& file : NewestFirst(besideModel_, inUserFolder_)) {
-    if (fs::exists(file, error) && Read(file)) break;
+    if (fs::is_regular_file(file, error) && Read(file)) break;
   }
 }
 
@@ -121,13 +131,12 @@ fs::path PropertyStore::file() const {
 }
 
 bool PropertyStore::Read(const fs::path& file) {
-  std::ifstream text(file, std::ios::binary);
+  const auto text = WholeFile(file);
   if (!text) {
     warnings_.push_back("The properties in " + file.string() + " can't be read.");
     return false;
   }
-  auto values = ValuesIn(text);
-  text.close();
+  auto values = ValuesIn(*text);
   if (values) {
     values_ = std::move(*values);
     file_ = file;
