@@ -1,0 +1,200 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <tuple>
+
+#include "Renderer.h"
+#include "TracedScene.h"
+#include "render/frame/PixelRays.h"
+#include "render/image/ComposeImage.h"
+#include "sky/Background.h"
+
+namespace qv {
+namespace {
+
+using test::Picture;
+using test::Renderer;
+using test::SmallScene;
+using test::ViewFrom;
+
+// The picture of one pass, ray by ray, with the sky that a renderer starts with.
+Picture PictureOf(const test::SceneBuilder& builder, const RenderCamera& camera, int width,
+                  int height, RenderPass pass) {
+  sky::Background background;
+  background.Update();
+  test::TracedScene traced(builder);
+  traced.scene.SetSun(RenderLight::Directional(background.sun().color, background.sun().direction));
+  traced.in.background = &background.faces();
+  traced.in.switches.useAmbientOcclusion = true;
+  const std::vector<Vec3> colors =
+      traced.Picture(ComputePixelRays(camera, width, height), width, height, pass);
+  Picture picture(width, height);
+  for (std::size_t i = 0; i < colors.size(); ++i) {
+    for (int c = 0; c < 3; ++c) {
+      const float v = colors[i][c] * 255;
+      const auto wrapped = static_cast<std::uint8_t>(static_cast<int>(v));
+      const auto limited = static_cast<std::uint8_t>(std::clamp(v, 0.0f, 255.0f));
+      picture.rgb[3 * i + static_cast<std::size_t>(c)] = pass == PassPreview ? wrapped : limited;
+    }
+  }
+  return picture;
+}
+
+TEST(FrameEngine, TracesEachPixelOfAnySize) {
+  const test::SceneBuilder scene = SmallScene();
+  const RenderCamera camera = ViewFrom(20);
+  const std::tuple<int, int> sizes[] = {{1, 1}, {9, 9}, {61, 43}, {100, 8}, {7, 30}};
+  Renderer renderer(scene, 64, 64);
+  for (const auto& [width, height] : sizes) {
+    ASSERT_TRUE(renderer.impl.ResizeTargets(width, height, -1));
+    const std::size_t before = renderer.Passes().size();
+    renderer.Run(camera, ModeMotion);
+    renderer.Run(camera, ModeSunPreview);
+    const auto passes = renderer.Passes();
+    ASSERT_EQ(passes.size(), before + 4);
+    // Neighbouring rays share packets in another way, which may decide a grazing hit otherwise.
+    const int some = width * height / 200;
+    ExpectSamePicture(passes[before].picture, PictureOf(scene, camera, width, height, PassPreview),
+                      1, some);
+    ExpectSamePicture(passes[before + 1].picture, PictureOf(scene, camera, width, height, PassFull),
+                      1, some);
+    ExpectSamePicture(passes[before + 3].picture,
+                      PictureOf(scene, camera, width, height, PassSunPreview), 1, some);
+  }
+}
+
+TEST(FrameEngine, RunsThePassesOfItsModes) {
+  Renderer renderer(SmallScene(), 48, 40);
+  const RenderCamera camera = ViewFrom(200);
+  std::vector<std::vector<Picture>> shown;
+  for (const RenderMode mode :
+       {ModePreview, ModeMotion, ModeSunMotion, ModeSunPreview, ModeStill, ModeFinal}) {
+    const std::size_t before = renderer.Passes().size();
+    renderer.Run(camera, mode);
+    const auto passes = renderer.Passes();
+    shown.emplace_back();
+    for (std::size_t i = before; i < passes.size(); ++i) shown.back().push_back(passes[i].picture);
+    ASSERT_FALSE(shown.back().empty());
+    EXPECT_EQ(renderer.Screen(), shown.back().back());
+  }
+  const Picture& preview = shown[0][0];
+  const Picture& sunPreview = shown[3][0];
+  const Picture& full = shown[4][0];
+  const Picture& antialiased = shown[4].back();
+  EXPECT_NE(preview, sunPreview);
+  EXPECT_NE(preview, full);
+  EXPECT_NE(sunPreview, full);
+  EXPECT_NE(full, antialiased);
+  EXPECT_EQ(shown[0], (std::vector{preview}));
+  EXPECT_EQ(shown[1], (std::vector{preview, full, antialiased}));
+  EXPECT_EQ(shown[2], (std::vector{sunPreview, full, antialiased}));
+  EXPECT_EQ(shown[3], (std::vector{sunPreview}));
+  EXPECT_EQ(shown[4], (std::vector{full, antialiased}));
+  EXPECT_EQ(shown[5], (std::vector{antialiased})) << "one call, after the last pass";
+  EXPECT_EQ(renderer.impl.Statistics().triangleCount, 2 + 12 + 24 * 12 * 2);
+  EXPECT_EQ(renderer.impl.Statistics().materialCount, 3);
+  EXPECT_GT(renderer.impl.Statistics().basePassSeconds, 0);
+  EXPECT_GT(renderer.impl.Statistics().antialiasPassSeconds, 0);
+  renderer.Run(camera, static_cast<RenderMode>(77));
+  EXPECT_EQ(renderer.impl.Statistics().antialiasPassSeconds, 0);
+}
+
+// Blurred reflections draw random numbers, and lights with an area random points.
+TEST(FrameEngine, GivesTheSameBytesInEachRunWithAnyNumberOfThreads) {
+  test::SceneBuilder scene = SmallScene();
+  scene.materials[0].reflectance = 0.6f;
+  scene.materials[0].glossy = 1;
+  scene.materials[1].opacity = 0.5f;
+  scene.materials[1].refractiveIndex = 1.3f;
+  std::vector<Picture> pictures;
+  for (const int threads : {1, 2, 4, 2}) {
+    RaytraceImpl::Options options;
+    options.threadCount = threads;
+    Renderer renderer(scene, 50, 34, options);
+    const float emitter[] = {-20, -60, 60, 20, -60, 60, 0, -20, 60};
+    renderer.impl.AddLEMLight(Vec3(3, 3, 3), emitter);
+    renderer.impl.BuildScene(nullptr);
+    renderer.impl.SetUseLEM(true);
+    for (int run = 0; run < 2; ++run) {
+      renderer.Run(ViewFrom(90), ModeStill);
+      pictures.push_back(renderer.Screen());
+      renderer.Run(ViewFrom(30), ModePreview);
+    }
+  }
+  for (const Picture& picture : pictures) ExpectSamePicture(picture, pictures[0]);
+}
+
+TEST(FrameEngine, TakesNewFactorsWithTheNextJob) {
+  Renderer renderer(SmallScene(), 40, 30);
+  renderer.Run(ViewFrom(0), ModeSunPreview);
+  const Picture bright = renderer.Screen();
+  renderer.impl.SetLightSettings({0, 1, 0, 1, false});
+  renderer.impl.ComposeImage(true);
+  EXPECT_EQ(renderer.Screen(), bright);
+  renderer.impl.StartRenderSameCamera(ModeSunPreview);
+  renderer.ExpectDone();
+  EXPECT_NE(renderer.Screen(), bright);
+  EXPECT_EQ(renderer.impl.GetLightSettings().sun, 0);
+  renderer.impl.SetUseAmbientOcclusion(false);
+  renderer.impl.StartRenderSameCamera(ModeStill);
+  renderer.ExpectDone();
+  const Picture open = renderer.Screen();
+  renderer.impl.SetUseAmbientOcclusion(true);
+  renderer.impl.StartRenderSameCamera(ModeStill);
+  renderer.ExpectDone();
+  EXPECT_NE(renderer.Screen(), open);
+}
+
+TEST(FrameEngine, TellsHowFarItIs) {
+  Renderer renderer(SmallScene(), 64, 64);
+  renderer.Run(ViewFrom(0), ModePreview);
+  EXPECT_EQ(renderer.Progress(), (std::vector<float>{0.33f, 0.66f, 1}));
+  renderer.Run(ViewFrom(0), ModeStill);
+  std::vector<float> progress = renderer.Progress();
+  progress.erase(progress.begin(), progress.begin() + 6);
+  ASSERT_GT(progress.size(), 6u);
+  EXPECT_EQ(progress.back(), 0);
+  const std::size_t zeros =
+      static_cast<std::size_t>(std::count(progress.begin(), progress.end(), 0.0f));
+  for (const float value : progress) EXPECT_TRUE(value >= 0 && value < 1) << value;
+  EXPECT_GE(progress.size() - zeros, 9u);
+
+  const std::size_t before = renderer.Progress().size();
+  renderer.Run(ViewFrom(0), ModeStill, false);
+  EXPECT_EQ(renderer.Progress().size(), before + 3) << "of the antialiasing only if asked for";
+}
+
+TEST(FrameEngine, IsSilentWhileOffline) {
+  Renderer renderer(SmallScene(), 40, 30);
+  renderer.impl.SetOffline(true);
+  EXPECT_TRUE(renderer.impl.Offline());
+  renderer.Run(ViewFrom(0), ModeFinal);
+  EXPECT_TRUE(renderer.Passes().empty());
+  EXPECT_TRUE(renderer.Progress().empty());
+  const Picture offline = renderer.Screen();
+  renderer.impl.SetOffline(false);
+  renderer.Run(ViewFrom(0), ModeFinal);
+  EXPECT_EQ(renderer.Passes().size(), 1u);
+  EXPECT_EQ(renderer.Screen(), offline);
+}
+
+TEST(FrameEngine, ShowsTheSkyWithoutMeshes) {
+  Renderer renderer(test::SceneBuilder(), 30, 20);
+  const RenderCamera camera = ViewFrom(45);
+  renderer.Run(camera, ModeStill);
+  sky::Background background;
+  background.Update();
+  const PixelRays rays = ComputePixelRays(camera, 30, 20);
+  Picture sky(30, 20);
+  for (int y = 0; y < 20; ++y) {
+    for (int x = 0; x < 30; ++x) {
+      const Vec3 direction = rays.Direction(static_cast<float>(x), static_cast<float>(y));
+      const Vec3 color = background.faces().Sample(direction.normalized());
+      for (int c = 0; c < 3; ++c) sky.At(x, y)[c] = static_cast<std::uint8_t>(color[c] * 255);
+    }
+  }
+  ExpectSamePicture(renderer.Passes()[0].picture, sky, 1);
+}
+
+}  // namespace
+}  // namespace qv

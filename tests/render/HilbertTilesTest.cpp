@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <vector>
+
+#include "render/frame/HilbertTiles.h"
+
+namespace qv {
+namespace {
+
+// The curve as its table is published: for each state and quarter the bit of y, the bit of x and
+// the next state; the walk always goes over 32 quarters, begun in state `levels & 1`.
+TilePosition WalkAllQuarters(int levels, std::uint64_t i) {
+  static constexpr const char* kTable[4][4] = {{"001", "010", "110", "103"},
+                                               {"000", "101", "111", "012"},
+                                               {"113", "102", "002", "011"},
+                                               {"112", "013", "003", "100"}};
+  int state = levels & 1;
+  std::uint32_t x = 0;
+  std::uint32_t y = 0;
+  for (int group = 31; group >= 0; --group) {
+    const char* row = kTable[state][i >> (2 * group) & 3];
+    y = y << 1 | static_cast<std::uint32_t>(row[0] - '0');
+    x = x << 1 | static_cast<std::uint32_t>(row[1] - '0');
+    state = row[2] - '0';
+  }
+  return {static_cast<std::int32_t>(x), static_cast<std::int32_t>(y)};
+}
+
+TEST(HilbertTiles, CountsTilesAndLevels) {
+  struct Case {
+    int width, height, tilesX, tilesY, levels, count;
+  };
+  for (const Case& c : {Case{1, 1, 1, 1, 0, 1}, Case{8, 8, 1, 1, 0, 1}, Case{9, 9, 2, 2, 1, 4},
+                        Case{100, 8, 13, 1, 4, 256}, Case{1280, 720, 160, 90, 8, 65536},
+                        Case{8, 2056, 1, 257, 9, 262144}, Case{0, 5, 0, 0, 0, 0}}) {
+    const HilbertTiles tiles(c.width, c.height);
+    EXPECT_EQ(tiles.TilesX(), c.tilesX) << c.width;
+    EXPECT_EQ(tiles.TilesY(), c.tilesY) << c.height;
+    EXPECT_EQ(tiles.Levels(), c.levels) << c.width;
+    EXPECT_EQ(tiles.TileCount(), c.count) << c.width;
+  }
+}
+
+TEST(HilbertTiles, VisitsEachTileOnceAlongNeighbours) {
+  constexpr int kSizes[][2] = {{1, 1}, {9, 9}, {100, 8}, {8, 100}, {250, 130}, {1280, 720}};
+  for (const auto& [width, height] : kSizes) {
+    const HilbertTiles tiles(width, height);
+    const std::int32_t side = 1 << tiles.Levels();
+    std::vector<int> visits(static_cast<std::size_t>(tiles.TileCount()));
+    int skipped = 0;
+    TilePosition before{-1, 0};
+    for (std::int32_t i = 0; i < tiles.TileCount(); ++i) {
+      const TilePosition p = tiles.TileToPosition(i);
+      ASSERT_TRUE(p.x >= 0 && p.x < side && p.y >= 0 && p.y < side) << i;
+      EXPECT_EQ(std::abs(p.x - before.x) + std::abs(p.y - before.y), 1) << i;
+      const TilePosition walked = WalkAllQuarters(tiles.Levels(), static_cast<std::uint64_t>(i));
+      EXPECT_TRUE(p.x == walked.x && p.y == walked.y) << i;
+      ++visits[static_cast<std::size_t>(p.y * side + p.x)];
+      if (!tiles.Contains(p)) ++skipped;
+      before = p;
+    }
+    for (const int count : visits) ASSERT_EQ(count, 1);
+    EXPECT_EQ(skipped, tiles.TileCount() - tiles.TilesX() * tiles.TilesY());
+    if (width == 100) {
+      EXPECT_EQ(skipped, 243);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace qv

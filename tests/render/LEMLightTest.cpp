@@ -1,0 +1,105 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "TracedScene.h"
+#include "render/light/RenderLEMLight.h"
+
+namespace qv {
+namespace {
+
+using test::Ray;
+using test::SceneBuilder;
+using test::TracedScene;
+
+// A square about (0, 0, z), as two triangles, that emits downwards or upwards.
+std::vector<float> Square(float side, float z, bool down = true) {
+  const float h = side / 2;
+  if (down) return {-h, -h, z, h, h, z, h, -h, z, -h, -h, z, -h, h, z, h, h, z};
+  return {-h, -h, z, h, -h, z, h, h, z, -h, -h, z, h, h, z, -h, h, z};
+}
+
+RenderLEMLight Sampled(const Vec3& emission, const std::vector<float>& corners) {
+  std::vector<RenderLEMLight> lights{RenderLEMLight(emission, corners)};
+  SampleLEMLights(lights);
+  return lights.front();
+}
+
+TEST(LEMLight, ScattersItsSamplesOverItsTriangles) {
+  const RenderLEMLight light = Sampled(Vec3(1, 2, 3), Square(80, 50));
+  EXPECT_TRUE(light.power.isApprox(6400 * Vec3(1, 2, 3), 1e-5f));
+  EXPECT_NEAR(static_cast<double>(light.samplePositions.size()), 64, 24);
+  int quarters[4] = {};
+  for (std::size_t i = 0; i < light.samplePositions.size(); ++i) {
+    const Vec3& p = light.samplePositions[i];
+    EXPECT_LT(p.head<2>().cwiseAbs().maxCoeff(), 40);
+    EXPECT_LT(std::abs(p.z() - 49.9999f), 2e-5f) << "lifted off the emitter";
+    EXPECT_EQ(light.sampleNormals[i], Vec3(0, 0, -1));
+    ++quarters[(p.x() > 0 ? 1 : 0) + (p.y() > 0 ? 2 : 0)];
+  }
+  for (const int count : quarters) EXPECT_GT(count, 4);
+}
+
+TEST(LEMLight, MayHaveFewOrNoSamples) {
+  EXPECT_LE(Sampled(Vec3::Ones(), {0, 0, 0, 1, 0, 0, 0, 1, 0}).samplePositions.size(), 1u);
+  const float kNan = std::numeric_limits<float>::quiet_NaN();
+  for (const std::vector<float>& corners : {std::vector<float>{},
+                                            {1, 2, 3, 4, 5, 6, 7, 8},
+                                            {0, 0, 0, 1, 1, 1, 2, 2, 2},
+                                            {0, 0, 0, 0, 0, 0, 1, 0, 0},
+                                            {0, kNan, 0, 1, 0, 0, 0, 1, 0},
+                                            {0, 0, 0, 3e38f, 0, 0, 0, 3e38f, 0}}) {
+    EXPECT_TRUE(Sampled(Vec3::Ones(), corners).samplePositions.empty());
+  }
+  // A long sliver beside a large triangle: few of its candidates lie inside.
+  EXPECT_LT(Sampled(Vec3::Ones(), {0, 0, 0, 1e6f, 0, 0, 0, 1e-3f, 0}).samplePositions.size(), 500u);
+}
+
+// The light of emitters above a white floor at the origin, without the ambient term.
+class LEMLightOnFloor : public testing::Test {
+ protected:
+  LEMLightOnFloor() { builder_.Floor(0, 500, builder_.Material(Vec3::Ones())); }
+
+  Vec3 Light(const std::vector<std::vector<float>>& lights, const Vec3& emission,
+             RenderPass pass = PassFull, bool use = true) {
+    TracedScene traced(builder_);
+    for (const auto& corners : lights) traced.scene.AddLEMLight(emission, corners);
+    traced.scene.Build(nullptr);
+    traced.in.switches.useLEM = use;
+    traced.in.factors.lem = 0.5f;
+    const Ray down{{0, 0, 5}, {0, 0, -1}};
+    const Vec3 lit = traced.Color(down, pass);
+    traced.in.switches.useLEM = false;
+    return lit - traced.Color(down, pass);
+  }
+
+  SceneBuilder builder_;
+};
+
+TEST_F(LEMLightOnFloor, GivesItsWholePowerFromAfar) {
+  const Vec3 emission(10, 20, 40);
+  const Vec3 expected = 0.5f * emission * 64 / (399.9f * 399.9f);
+  EXPECT_TRUE(Light({Square(8, 400)}, emission).isApprox(expected, 2e-3f));
+  EXPECT_EQ(Light({Square(8, 400, false)}, emission), Vec3::Zero()) << "its back is dark";
+  EXPECT_EQ(Light({Square(8, 400)}, emission / 100), Vec3::Zero()) << "negligible";
+  EXPECT_EQ(Light({Square(8, 400)}, emission, PassFull, false), Vec3::Zero());
+  EXPECT_EQ(Light({Square(8, 400)}, emission, PassPreview), Vec3::Zero());
+  EXPECT_TRUE(
+      Light({Square(8, 400), Square(8, 401)}, emission, PassSunPreview).isApprox(expected, 2e-3f));
+  EXPECT_TRUE(Light({Square(8, 400), Square(8, 400)}, emission).isApprox(2 * expected, 2e-3f));
+  builder_.Floor(50, 20, 0);
+  EXPECT_EQ(Light({Square(8, 400)}, emission), Vec3::Zero()) << "in the shadow of a panel";
+}
+
+// The form factor from a point to a parallel square above it (Howell, A Catalog of Radiation Heat
+// Transfer Configuration Factors, B-4), for one quarter whose sides equal the distance.
+TEST_F(LEMLightOnFloor, ComesNearTheFormFactorOfALargeSquare) {
+  const float pi = std::numbers::pi_v<float>;
+  const float quarter = std::sqrt(0.5f) * std::atan(std::sqrt(0.5f)) / pi;
+  const float expected = 0.5f * 4 * quarter * pi;
+  EXPECT_NEAR(Light({Square(80, 40)}, Vec3::Ones()).x(), expected, 0.15f * expected);
+}
+
+}  // namespace
+}  // namespace qv
