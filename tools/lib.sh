@@ -87,17 +87,19 @@ start_display() {
     >"$scratch/xvfb.log" 2>&1 &
   started_pids+=($!)
   local server=$!
-  for _ in {1..200}; do
-    [[ ! -s $number ]] || break
+  local display=
+  for _ in {1..400}; do
+    # Nothing counts before the end of the line.
+    ! read -r display <"$number" || break
+    display=
     kill -0 "$server" 2>/dev/null || break
     sleep 0.05
   done
-  if [[ ! -s $number ]]; then
+  if [[ -z $display ]]; then
     cat "$scratch/xvfb.log" >&2
     fail "Xvfb did not start"
   fi
-  export DISPLAY
-  DISPLAY=":$(tr -d '[:space:]' <"$number")"
+  export DISPLAY=":$display"
   unset WAYLAND_DISPLAY XAUTHORITY
   export GDK_BACKEND=x11 NO_AT_BRIDGE=1 GSETTINGS_BACKEND=memory LIBGL_ALWAYS_SOFTWARE=1
   export HOME="$scratch/home" XDG_RUNTIME_DIR="$scratch/runtime"
@@ -107,8 +109,8 @@ start_display() {
   [[ -z $config ]] || manager+=(--config-file "$config")
   "${manager[@]}" >"$scratch/openbox.log" 2>&1 &
   started_pids+=($!)
-  for _ in {1..200}; do
-    if xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'; then return; fi
+  for _ in {1..400}; do
+    [[ $(xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null) != *'window id'* ]] || return 0
     sleep 0.05
   done
   cat "$scratch/openbox.log" >&2
