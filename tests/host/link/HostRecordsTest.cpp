@@ -33,7 +33,7 @@ TEST(HostRecords, RepliesAreLaidOutAsTheViewerReadsThem) {
   std::vector<HostPage> pages(2);
   pages[0].name = std::u16string(4097, u'x');
   pages[0].eye = {1, 2, 3};
-  pages[1].name = u"\u00e4";
+  pages[1].name = std::u16string(1, u'\u00e4');
   pages[1].direction = {4, 5, 6};
   pages[1].fieldOfView = 0.5f;
   pages[1].hasSunTime = true;
