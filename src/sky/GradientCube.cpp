@@ -10,8 +10,8 @@ namespace {
 // Red, green, blue as shown.
 const Vec3 kZenith(0.208f, 0.404f, 0.737f);
 const Vec3 kHorizon(0.867f, 0.918f, 0.957f);
-const Vec3 kFarGround(0.690f, 0.694f, 0.667f);
-const Vec3 kNearGround(0.396f, 0.392f, 0.369f);
+const Vec3 kFarGround(0.729f, 0.729f, 0.698f);
+const Vec3 kNearGround(0.525f, 0.518f, 0.486f);
 
 // Sine of the elevations between which the haze hides where the ground ends.
 constexpr float kGroundEnd = -0.040f;
