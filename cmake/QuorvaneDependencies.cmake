@@ -13,7 +13,7 @@ if(NOT QUORVANE_LINK_ONLY)
   if(NOT WIN32)
     pkg_check_modules(cairo REQUIRED IMPORTED_TARGET cairo)
   endif()
-  find_package(wxWidgets 3.2 REQUIRED COMPONENTS core base)
+  find_package(wxWidgets 3.2 REQUIRED ${QUORVANE_WX_MODE} COMPONENTS core base)
   find_library(FREEIMAGE_LIBRARY freeimage REQUIRED)
   find_path(FREEIMAGE_INCLUDE_DIR FreeImage.h REQUIRED)
 

@@ -2,8 +2,10 @@
 if(CMAKE_CROSSCOMPILING)
   # Only what was built for Windows is seen, by pkg-config too.
   set(ENV{PKG_CONFIG_LIBDIR} ${QUORVANE_WINDOWS_PREFIX}/lib/pkgconfig)
-  set(wxWidgets_CONFIG_EXECUTABLE ${QUORVANE_WINDOWS_PREFIX}/bin/wx-config)
 endif()
+
+# By its own CMake files: CMake's module asks the wx-config of the system that builds.
+set(QUORVANE_WX_MODE CONFIG)
 
 # FreeImage's header declares types of Windows by itself unless they are there already, and then windows.h gets lost.
 function(use_freeimage_on_windows target)

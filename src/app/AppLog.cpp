@@ -1,9 +1,12 @@
 #include "app/AppLog.h"
 
+#include <wx/crt.h>
+#include <wx/filefn.h>
 #include <wx/log.h>
 #include <wx/utils.h>
 
 #include <cstdio>
+#include <memory>
 #include <string>
 
 #include "core/Log.h"
@@ -30,6 +33,14 @@ LogLevel ThresholdFromEnvironment() {
   return LogLevel::kWarning;
 }
 
+// Where the log goes instead of standard error, which a program without a console has not got.
+std::shared_ptr<std::FILE> FileFromEnvironment() {
+  wxString path;
+  if (!wxGetEnv("QUORVANE_LOG_FILE", &path) || path.empty()) return nullptr;
+  std::FILE* file = wxFopen(path, "a");
+  return file ? std::shared_ptr<std::FILE>(file, std::fclose) : nullptr;
+}
+
 const char* NameOf(LogLevel level) {
   switch (level) {
     case LogLevel::kInfo:
@@ -49,11 +60,13 @@ void RouteLibraryLog() {
 }
 
 void StartLog() {
-  SetLogSink([threshold = ThresholdFromEnvironment(), start = platform::NowSeconds()](
-                 LogLevel level, const std::string& text) {
+  SetLogSink([threshold = ThresholdFromEnvironment(), file = FileFromEnvironment(),
+              start = platform::NowSeconds()](LogLevel level, const std::string& text) {
     if (level < threshold) return;
-    std::fprintf(stderr, "quorvane %9.3f %s: %s\n", platform::NowSeconds() - start, NameOf(level),
+    std::FILE* to = file ? file.get() : stderr;
+    std::fprintf(to, "quorvane %9.3f %s: %s\n", platform::NowSeconds() - start, NameOf(level),
                  text.c_str());
+    std::fflush(to);
   });
 }
 

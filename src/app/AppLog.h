@@ -8,7 +8,7 @@ void RouteLibraryLog();
 
 // Writes the log to standard error, one line a message with the seconds since the start in front:
 // warnings and errors, or more or less if the environment variable QUORVANE_LOG says "info" or
-// "error".
+// "error". Where QUORVANE_LOG_FILE names a file, the log is added to that instead.
 void StartLog();
 
 }  // namespace qv

@@ -1,12 +1,12 @@
-#include <signal.h>
-#include <sys/wait.h>
-
 #include <condition_variable>
-#include <fstream>
 #include <future>
 
 #include "e2e/support/Looks.h"
+#include "e2e/support/Processes.h"
 #include "e2e/support/ViewerTest.h"
+#include "platform/ChildProcess.h"
+#include "platform/NamedEvent.h"
+#include "platform/SharedMemory.h"
 
 namespace qv::e2e {
 namespace {
@@ -104,21 +104,23 @@ TEST_F(Close, KilledViewerFreesTheHost) {
     while (SendGround(host_->link(), 60)) {
     }
   });
-  kill(static_cast<pid_t>(host_->link().ViewerProcessId()), SIGKILL);
+  KillProcess(host_->link().ViewerProcessId());
   EXPECT_EQ(transfer.wait_for(kSoon), std::future_status::ready);
-  EXPECT_EQ(host_->link().WaitForViewer(kSoon), 128 + SIGKILL);
+  EXPECT_EQ(host_->link().WaitForViewer(kSoon), kExitCodeOfKilled);
   EXPECT_FALSE(host_->link().ViewerRunning());
 }
 
 TEST_F(Close, ViewerOutlivesAKilledHost) {
   const std::filesystem::path logFile = display_.folder() / "orphan.log";
   const ViewerLog log(logFile);
-  const pid_t host = StartHelper({QUORVANE_SCENE_HOST, QUORVANE_VIEWER, logFile.string()});
+  auto host =
+      platform::ChildProcess::Start(QUORVANE_SCENE_HOST, {QUORVANE_VIEWER, logFile.string()});
+  ASSERT_TRUE(host);
   window_ = ViewerWindow::Find(kPatience);
   ASSERT_TRUE(window_);
   ASSERT_TRUE(log.WaitFor("picture shown: antialiased"));
-  kill(host, SIGKILL);
-  waitpid(host, nullptr, 0);
+  host.Kill();
+  ASSERT_TRUE(host.Wait(kSoon));
 
   // It still renders what it has, and can be closed.
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
@@ -129,9 +131,10 @@ TEST_F(Close, ViewerOutlivesAKilledHost) {
   EXPECT_TRUE(Eventually([] { return !ViewerWindow::Exists(); }, kSoon)) << log.Text();
 
   // A killed host cannot clean up after itself.
-  for (const char* name : {"QV_Lock1_", "QV_Lock2_", "QV_Shared1_"}) {
-    std::filesystem::remove("/dev/shm/" + (name + std::to_string(host)));
-  }
+  const std::string id = std::to_string(host.id());
+  platform::NamedEvent::Remove("QV_Lock1_" + id);
+  platform::NamedEvent::Remove("QV_Lock2_" + id);
+  platform::SharedMemory::Remove("QV_Shared1_" + id);
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
-#include <unistd.h>
-
-#include <fstream>
+#include <filesystem>
 
 #include "e2e/support/Looks.h"
+#include "e2e/support/Processes.h"
 #include "e2e/support/ViewerTest.h"
 #include "platform/ChildProcess.h"
 
@@ -17,19 +16,6 @@ class Start : public ViewerTest {
     ChildProcess viewer;
     log_.Capture([&] { viewer = ChildProcess::Start(QUORVANE_VIEWER, arguments); });
     return viewer;
-  }
-
-  // Processor time of a process so far, in seconds.
-  static double ProcessorSeconds(std::uint32_t process) {
-    std::ifstream stat("/proc/" + std::to_string(process) + "/stat");
-    std::string word;
-    while (stat >> word && word.back() != ')') {
-    }
-    long ticks = 0;
-    for (int field = 3; field <= 15 && stat >> word; ++field) {
-      if (field >= 14) ticks += std::stol(word);
-    }
-    return static_cast<double>(ticks) / static_cast<double>(sysconf(_SC_CLK_TCK));
   }
 };
 
@@ -48,20 +34,23 @@ TEST_F(Start, EndsAtOnceWithoutAHostOnTheCommandLine) {
 }
 
 TEST_F(Start, WaitsQuietlyForAHostThatIsNotThere) {
-  ASSERT_EQ(chdir("/"), 0);
+  const std::filesystem::path before = std::filesystem::current_path();
+  const std::filesystem::path elsewhere = before.root_path();
+  std::filesystem::current_path(elsewhere);
   ChildProcess viewer = Run({"--windowhandle=4000000000", "--processid=4000000001"});
+  std::filesystem::current_path(before);
   window_ = ViewerWindow::Find(kPatience);
   ASSERT_TRUE(window_);
   std::this_thread::sleep_for(std::chrono::seconds(1));
 
-  const double before = ProcessorSeconds(viewer.id());
+  const double secondsBefore = ProcessorSeconds(viewer.id());
   std::this_thread::sleep_for(std::chrono::seconds(3));
-  EXPECT_LT(ProcessorSeconds(viewer.id()) - before, 0.06);
+  EXPECT_LT(ProcessorSeconds(viewer.id()) - secondsBefore, 0.06);
 
   // The pictures of the tools are found wherever the viewer is started, and it goes back there.
   const Screenshot shot = window_->Shoot();
   EXPECT_EQ(FindTools(shot, {0, 40, shot.width, shot.height - 40}).size(), 3u);
-  EXPECT_EQ(std::filesystem::read_symlink("/proc/" + std::to_string(viewer.id()) + "/cwd"), "/");
+  EXPECT_EQ(WorkingFolder(viewer.id()).value_or(elsewhere), elsewhere);
 
   window_->Close();
   EXPECT_EQ(viewer.Wait(kSoon), 0);

@@ -1,20 +1,15 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <filesystem>
+#include <memory>
 #include <string>
-#include <vector>
 
 namespace qv::e2e {
 
-// Starts a program that is killed when this process ends, however it ends.
-// `keptDescriptor` stays open in it.
-pid_t StartHelper(const std::vector<std::string>& command, int keptDescriptor = -1);
-
-// An X server without a screen, a window manager on it, and a home folder, for as long as this
-// lives: no test sees the windows or the settings of another, nor those of the user. Sets the
-// environment that programs with windows look at.
+// A screen and settings that are only the running test's, for as long as this lives: no test sees
+// the windows or the settings of another, nor those of the user. On Linux an X server with a window
+// manager and a home folder, in the environment that programs with windows look at; on Windows,
+// where settings are the user's, only for a user that is told to be made for tests.
 class Display {
  public:
   Display();
@@ -22,7 +17,7 @@ class Display {
   Display(const Display&) = delete;
   Display& operator=(const Display&) = delete;
 
-  // Empty if both programs run.
+  // Empty if it stands.
   const std::string& failure() const { return failure_; }
   // For files of the test.
   const std::filesystem::path& folder() const { return folder_; }
@@ -31,12 +26,11 @@ class Display {
   static constexpr int kHeight = 960;
 
  private:
-  bool StartServer();
-  bool StartWindowManager();
+  struct Native;
 
   std::filesystem::path folder_;
   std::string failure_;
-  std::vector<pid_t> helpers_;
+  std::unique_ptr<Native> native_;
 };
 
 }  // namespace qv::e2e

@@ -1,23 +1,10 @@
 #include "e2e/support/ViewerLog.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <fstream>
 #include <sstream>
 #include <thread>
 
 namespace qv::e2e {
-
-void ViewerLog::Capture(const std::function<void()>& start) {
-  const int file = open(file_.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-  const int before = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
-  dup2(file, STDERR_FILENO);
-  start();
-  dup2(before, STDERR_FILENO);
-  close(before);
-  close(file);
-}
 
 std::string ViewerLog::Text() const {
   std::ifstream in(file_);

@@ -8,13 +8,12 @@
 
 namespace qv::e2e {
 
-// What a viewer tells its log on standard error, gathered in a file.
+// What a viewer tells its log, gathered in a file.
 class ViewerLog {
  public:
   explicit ViewerLog(std::filesystem::path file) : file_(std::move(file)) {}
 
-  // Calls `start` with this process's standard error led to the file, so that a program that is
-  // started there writes to it.
+  // Calls `start`; a program that is started there writes its log to the file.
   void Capture(const std::function<void()>& start);
 
   std::string Text() const;

@@ -6,10 +6,6 @@
 #include <optional>
 #include <vector>
 
-// Xlib's names do not go together with those of other libraries, so its header stays out of this
-// one.
-struct _XDisplay;
-
 namespace qv::e2e {
 
 struct Colour {
@@ -28,7 +24,7 @@ struct Area {
   int left = 0, top = 0, width = 0, height = 0;
 };
 
-// The viewer's main window as the X server and the window manager know it.
+// The viewer's main window as the system knows it.
 class ViewerWindow {
  public:
   // Waits until the window of that title is on the screen; null if it is not in time.
@@ -45,10 +41,11 @@ class ViewerWindow {
   void Click(int x, int y);
 
  private:
-  ViewerWindow(::_XDisplay* display, unsigned long window) : display_(display), window_(window) {}
+  struct Native;
 
-  ::_XDisplay* display_;
-  unsigned long window_;
+  explicit ViewerWindow(std::unique_ptr<Native> native);
+
+  std::unique_ptr<Native> native_;
 };
 
 }  // namespace qv::e2e

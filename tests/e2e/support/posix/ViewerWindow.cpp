@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace qv::e2e {
 namespace {
@@ -57,36 +58,43 @@ int Channel(unsigned long pixel, unsigned long mask) {
 
 }  // namespace
 
+struct ViewerWindow::Native {
+  ~Native() {
+    if (display) XCloseDisplay(display);
+  }
+
+  ::Display* display = nullptr;
+  ::Window window = None;
+};
+
+ViewerWindow::ViewerWindow(std::unique_ptr<Native> native) : native_(std::move(native)) {}
+
+ViewerWindow::~ViewerWindow() = default;
+
 std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout) {
   // A window may go at any moment.
   XSetErrorHandler(&IgnoreError);
-  ::Display* display = XOpenDisplay(nullptr);
-  if (!display) return nullptr;
+  auto native = std::make_unique<Native>();
+  native->display = XOpenDisplay(nullptr);
+  if (!native->display) return nullptr;
   const auto end = std::chrono::steady_clock::now() + timeout;
   while (true) {
-    if (const ::Window window = Look(display)) {
-      return std::unique_ptr<ViewerWindow>(new ViewerWindow(display, window));
-    }
-    if (std::chrono::steady_clock::now() >= end) break;
+    native->window = Look(native->display);
+    if (native->window) return std::unique_ptr<ViewerWindow>(new ViewerWindow(std::move(native)));
+    if (std::chrono::steady_clock::now() >= end) return nullptr;
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   }
-  XCloseDisplay(display);
-  return nullptr;
 }
 
 bool ViewerWindow::Exists() {
   return Find(std::chrono::milliseconds(0)) != nullptr;
 }
 
-ViewerWindow::~ViewerWindow() {
-  XCloseDisplay(display_);
-}
-
 Screenshot ViewerWindow::Shoot() const {
   XWindowAttributes attributes;
-  if (!XGetWindowAttributes(display_, window_, &attributes)) return {};
-  XImage* image =
-      XGetImage(display_, window_, 0, 0, attributes.width, attributes.height, AllPlanes, ZPixmap);
+  if (!XGetWindowAttributes(native_->display, native_->window, &attributes)) return {};
+  XImage* image = XGetImage(native_->display, native_->window, 0, 0, attributes.width,
+                            attributes.height, AllPlanes, ZPixmap);
   if (!image) return {};
   Screenshot shot{attributes.width, attributes.height, {}};
   for (int y = 0; y < shot.height; ++y) {
@@ -101,30 +109,31 @@ Screenshot ViewerWindow::Shoot() const {
 }
 
 void ViewerWindow::Resize(int width, int height) {
-  XMoveResizeWindow(display_, window_, 10, 30, width, height);
-  XFlush(display_);
+  XMoveResizeWindow(native_->display, native_->window, 10, 30, width, height);
+  XFlush(native_->display);
 }
 
 void ViewerWindow::Close() {
   XEvent event{};
   event.xclient.type = ClientMessage;
-  event.xclient.window = window_;
-  event.xclient.message_type = XInternAtom(display_, "WM_PROTOCOLS", False);
+  event.xclient.window = native_->window;
+  event.xclient.message_type = XInternAtom(native_->display, "WM_PROTOCOLS", False);
   event.xclient.format = 32;
-  event.xclient.data.l[0] = static_cast<long>(XInternAtom(display_, "WM_DELETE_WINDOW", False));
-  XSendEvent(display_, window_, False, NoEventMask, &event);
-  XFlush(display_);
+  event.xclient.data.l[0] =
+      static_cast<long>(XInternAtom(native_->display, "WM_DELETE_WINDOW", False));
+  XSendEvent(native_->display, native_->window, False, NoEventMask, &event);
+  XFlush(native_->display);
 }
 
 void ViewerWindow::Click(int x, int y) {
   int rootX = 0, rootY = 0;
   ::Window child = None;
-  XTranslateCoordinates(display_, window_, DefaultRootWindow(display_), x, y, &rootX, &rootY,
-                        &child);
-  XTestFakeMotionEvent(display_, -1, rootX, rootY, 0);
-  XTestFakeButtonEvent(display_, 1, True, 50);
-  XTestFakeButtonEvent(display_, 1, False, 50);
-  XFlush(display_);
+  XTranslateCoordinates(native_->display, native_->window, DefaultRootWindow(native_->display), x,
+                        y, &rootX, &rootY, &child);
+  XTestFakeMotionEvent(native_->display, -1, rootX, rootY, 0);
+  XTestFakeButtonEvent(native_->display, 1, True, 50);
+  XTestFakeButtonEvent(native_->display, 1, False, 50);
+  XFlush(native_->display);
 }
 
 }  // namespace qv::e2e

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <thread>
+#include <vector>
 
 namespace qv::e2e {
 namespace {
@@ -35,9 +36,9 @@ bool ManagerRuns(::Display* display) {
   return count == 1;
 }
 
-}  // namespace
-
-pid_t StartHelper(const std::vector<std::string>& command, int keptDescriptor) {
+// Starts a program that is killed when this process ends, however it ends. `keptDescriptor` stays
+// open in it.
+pid_t StartHelper(const std::vector<std::string>& command, int keptDescriptor = -1) {
   const pid_t parent = getpid();
   std::vector<char*> arguments;
   for (const std::string& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
@@ -51,7 +52,18 @@ pid_t StartHelper(const std::vector<std::string>& command, int keptDescriptor) {
   _exit(127);
 }
 
-Display::Display() : folder_(MakeFolder()) {
+}  // namespace
+
+// The programs that make the screen.
+struct Display::Native {
+  ~Native();
+  bool StartServer();
+  bool StartWindowManager();
+
+  std::vector<pid_t> helpers;
+};
+
+Display::Display() : folder_(MakeFolder()), native_(std::make_unique<Native>()) {
   if (folder_.empty()) {
     failure_ = "no folder for temporary files";
     return;
@@ -69,27 +81,31 @@ Display::Display() : folder_(MakeFolder()) {
   setenv("NO_AT_BRIDGE", "1", 1);
   setenv("GSETTINGS_BACKEND", "memory", 1);
   setenv("QUORVANE_LOG", "info", 1);
-  if (!StartServer()) {
+  if (!native_->StartServer()) {
     failure_ = "Xvfb does not start";
-  } else if (!StartWindowManager()) {
+  } else if (!native_->StartWindowManager()) {
     failure_ = "openbox does not start";
   }
 }
 
 Display::~Display() {
-  for (auto helper = helpers_.rbegin(); helper != helpers_.rend(); ++helper) {
-    kill(*helper, SIGTERM);
-    waitpid(*helper, nullptr, 0);
-  }
+  native_.reset();
   std::error_code ignored;
   if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
 }
 
-bool Display::StartServer() {
+Display::Native::~Native() {
+  for (auto helper = helpers.rbegin(); helper != helpers.rend(); ++helper) {
+    kill(*helper, SIGTERM);
+    waitpid(*helper, nullptr, 0);
+  }
+}
+
+bool Display::Native::StartServer() {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) return false;
   const std::string size = std::to_string(kWidth) + "x" + std::to_string(kHeight) + "x24";
-  helpers_.push_back(StartHelper(
+  helpers.push_back(StartHelper(
       {"Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", size, "-nolisten", "tcp"},
       ends[1]));
   close(ends[1]);
@@ -106,10 +122,10 @@ bool Display::StartServer() {
   return true;
 }
 
-bool Display::StartWindowManager() {
+bool Display::Native::StartWindowManager() {
   ::Display* display = XOpenDisplay(nullptr);
   if (!display) return false;
-  helpers_.push_back(StartHelper({"openbox", "--sm-disable"}));
+  helpers.push_back(StartHelper({"openbox", "--sm-disable"}));
   bool runs = false;
   for (int waited = 0; !runs && waited < kStartMilliseconds; waited += 20) {
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
