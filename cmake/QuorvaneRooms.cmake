@@ -10,7 +10,8 @@ endfunction()
 
 # quorvane_test(NAME SOURCES ... USES target ... [LABELS label ...] [TIMEOUT seconds])
 #
-# One GoogleTest program, run by ctest as one test a case. Labels that mean something here:
+# One GoogleTest program, run by ctest as one test a case (as one altogether in a cross build). Labels that mean something
+# here:
 #   threads  is run with the thread sanitizer too; the target quorvane_thread_tests builds all of these
 #   display  opens windows: needs DISPLAY with a window manager, and has the keyboard for itself
 function(quorvane_test name)
@@ -34,6 +35,13 @@ function(quorvane_test name)
   endif()
   if("threads" IN_LIST TEST_LABELS)
     add_dependencies(quorvane_thread_tests ${name})
+  endif()
+
+  if(CMAKE_CROSSCOMPILING)
+    # Run by an emulator, where each start takes long: the whole program is one test.
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 900 LABELS "${TEST_LABELS}" ${locks})
+    return()
   endif()
 
   include(GoogleTest)

@@ -32,3 +32,4 @@ list(APPEND images ${image_folder}/Quorvane.ico)
 
 add_custom_target(quorvane_images DEPENDS ${images})
 add_dependencies(quorvane quorvane_images)
+install(DIRECTORY ${image_folder} DESTINATION .)
