@@ -19,6 +19,7 @@ constexpr milliseconds kAskingInterval{50};
 // How long a viewer may take for its first answer, and for its end after its window was closed.
 constexpr std::chrono::seconds kPatienceForStart{60};
 constexpr milliseconds kPatienceForEnd{10000};
+constexpr milliseconds kPatienceAfterFailure{2000};
 constexpr milliseconds kLastMessage{20};
 
 bool IsReady(std::future<std::optional<SentCounts>>& future, milliseconds time) {
@@ -139,20 +140,20 @@ HostProgram::Event HostProgram::Send() {
   // The command in flight ends with the viewer.
   if (event == Event::kViewerClosed && !IsReady(sending, kPatienceForEnd)) link_->KillViewer();
   const auto counts = sending.get();
-  if (counts) {
-    console_.Tell("scene sent: " + TextOf(*counts));
-    return event;
-  }
-  if (event != Event::kDone) return event;
-  if (!answered && link_->ViewerRunning()) {
-    console_.Complain("the viewer does not answer");
-    return Event::kViewerDied;
-  }
-  // Whether it was closed or died is known when it has ended.
-  return WaitUntil([](milliseconds time) {
+  if (counts) console_.Tell("scene sent: " + TextOf(*counts));
+  return counts || event != Event::kDone ? event : WhyNotSent(answered);
+}
+
+// Commands fail when the viewer ends, which it may be about to do.
+HostProgram::Event HostProgram::WhyNotSent(bool answered) {
+  const auto failed = std::chrono::steady_clock::now();
+  const Event event = WaitUntil([&](milliseconds time) {
     std::this_thread::sleep_for(time);
-    return false;
+    return std::chrono::steady_clock::now() - failed > kPatienceAfterFailure;
   });
+  if (event != Event::kDone) return event;
+  console_.Complain(answered ? "the viewer does not take the scene" : "the viewer does not answer");
+  return Event::kFailed;
 }
 
 HostProgram::Event HostProgram::Reload() {
@@ -186,6 +187,7 @@ int HostProgram::End(Event event) {
   const auto code = link_->WaitForViewer(milliseconds(0));
   EndViewer();
   if (event == Event::kEndRequested) return endRequested_();
+  if (event == Event::kFailed) return kFailure;
   console_.Complain("the viewer ended unexpectedly" +
                     (code ? ", with exit code " + std::to_string(*code) : ""));
   return kFailure;

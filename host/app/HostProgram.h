@@ -34,7 +34,7 @@ class HostProgram {
   bool leftThreadBehind() const { return leftThreadBehind_; }
 
  private:
-  enum class Event { kDone, kEndRequested, kViewerClosed, kViewerDied };
+  enum class Event { kDone, kEndRequested, kViewerClosed, kViewerDied, kFailed };
 
   bool FindViewer();
   // Waits until `done` holds, or something happens that ends the program.
@@ -43,6 +43,7 @@ class HostProgram {
   Event Load(LoadResult& result);
   bool StartViewer();
   Event Send();
+  Event WhyNotSent(bool answered);
   Event Reload();
   Event Serve();
   int End(Event event);
