@@ -1,5 +1,7 @@
 #include "core/Random.h"
 
+#include <emmintrin.h>
+
 namespace qv {
 namespace {
 
@@ -12,30 +14,6 @@ constexpr int kWordShiftRight = 11;
 constexpr int kBlockShiftRight = 1;
 constexpr std::uint32_t kMask[4] = {0xdfffffefu, 0xddfecb7fu, 0xbffaffffu, 0xbffffff6u};
 constexpr std::uint32_t kParity[4] = {0x00000001u, 0x00000000u, 0x00000000u, 0x13c9e684u};
-
-struct Block {
-  std::uint64_t low;
-  std::uint64_t high;
-};
-
-Block Load(const std::uint32_t* words) {
-  return {words[0] | static_cast<std::uint64_t>(words[1]) << 32,
-          words[2] | static_cast<std::uint64_t>(words[3]) << 32};
-}
-
-Block ShiftBytesLeft(Block b, int bytes) {
-  const int bits = bytes * 8;
-  return {b.low << bits, b.high << bits | b.low >> (64 - bits)};
-}
-
-Block ShiftBytesRight(Block b, int bytes) {
-  const int bits = bytes * 8;
-  return {b.low >> bits | b.high << (64 - bits), b.high >> bits};
-}
-
-std::uint32_t WordOf(Block b, int i) {
-  return static_cast<std::uint32_t>((i < 2 ? b.low : b.high) >> (i % 2 * 32));
-}
 
 }  // namespace
 
@@ -57,29 +35,23 @@ void Random::CertifyPeriod() {
 }
 
 void Random::Refill() {
-  const auto block = [this](int i) {
-    return &state_[std::size_t{4} * static_cast<std::size_t>(i)];
-  };
+  auto* blocks = reinterpret_cast<__m128i*>(state_.data());
+  const __m128i mask = _mm_loadu_si128(reinterpret_cast<const __m128i*>(kMask));
+  __m128i c = blocks[kBlocks - 2];
+  __m128i d = blocks[kBlocks - 1];
   for (int i = 0; i < kBlocks; ++i) {
-    const Block a = Load(block(i));
-    const Block x = ShiftBytesLeft(a, kBlockShiftLeft);
-    const std::uint32_t* b = block((i + kPickUp) % kBlocks);
-    const Block c = Load(block((i + kBlocks - 2) % kBlocks));
-    const Block y = ShiftBytesRight(c, kBlockShiftRight);
-    const std::uint32_t* d = block((i + kBlocks - 1) % kBlocks);
-    std::uint32_t out[4];
-    for (int w = 0; w < 4; ++w) {
-      out[w] = WordOf(a, w) ^ WordOf(x, w) ^ (b[w] >> kWordShiftRight & kMask[w]) ^ WordOf(y, w) ^
-               d[w] << kWordShiftLeft;
-    }
-    for (int w = 0; w < 4; ++w) block(i)[w] = out[w];
+    const __m128i a = blocks[i];
+    const __m128i b = blocks[(i + kPickUp) % kBlocks];
+    const __m128i picked = _mm_and_si128(_mm_srli_epi32(b, kWordShiftRight), mask);
+    __m128i out = _mm_xor_si128(a, _mm_slli_si128(a, kBlockShiftLeft));
+    out = _mm_xor_si128(out, picked);
+    out = _mm_xor_si128(out, _mm_srli_si128(c, kBlockShiftRight));
+    out = _mm_xor_si128(out, _mm_slli_epi32(d, kWordShiftLeft));
+    blocks[i] = out;
+    c = d;
+    d = out;
   }
   next_ = 0;
-}
-
-std::uint32_t Random::NextWord() {
-  if (next_ >= kWords) Refill();
-  return state_[next_++];
 }
 
 }  // namespace qv
