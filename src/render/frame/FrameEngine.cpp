@@ -141,7 +141,7 @@ void FrameEngine::SetUpJob() {
 
   inputs_.scene = &scene_;
   inputs_.background = &background_.faces();
-  inputs_.directions = &SampleDirections::Shared();
+  inputs_.directions = &directions_;
   inputs_.factors = pendingLightFactors_;
   inputs_.switches = pendingSwitches_;
   inputs_.footprintScale = camera.fieldOfView / static_cast<float>(base_.height());

@@ -117,6 +117,8 @@ class FrameEngine {
 
   // The job in hand: control thread only.
   RenderMode activeMode_ = ModeMotion;
+  // Drawn before the first job needs them.
+  const SampleDirections& directions_ = SampleDirections::Shared();
   ShadeInputs inputs_;
   PacketPool packets_;
   EdgeMask edgeMask_;
