@@ -23,7 +23,9 @@ constexpr std::size_t kPage = 4096;
 template <typename T>
 platform::SharedMemory RecordOf(const T& content) {
   platform::SharedMemory record = MakeRecord(sizeof(T), sizeof(T));
-  if (record) std::memcpy(record.bytes().data(), &content, sizeof(T));
+  if (!record) return record;
+  std::memcpy(record.bytes().data(), &content, sizeof(T));
+  record.Flush();
   return record;
 }
 

@@ -39,6 +39,10 @@ class SharedMemory {
   // size is never believed. Empty for an empty block.
   std::span<std::byte> bytes() const;
 
+  // Has the system write back what was written (FlushViewOfFile). Nothing to do on Linux, where the
+  // memory itself is what the other process sees.
+  void Flush();
+
   // The handle, still owned by this object; -1 for an empty block. For the message port only.
   std::intptr_t native() const;
 

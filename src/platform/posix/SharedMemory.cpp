@@ -139,6 +139,8 @@ std::span<std::byte> SharedMemory::bytes() const {
   return impl_ ? std::span<std::byte>(impl_->address, impl_->size) : std::span<std::byte>();
 }
 
+void SharedMemory::Flush() {}
+
 std::intptr_t SharedMemory::native() const {
   return impl_ ? impl_->file.get() : -1;
 }

@@ -90,6 +90,10 @@ std::span<std::byte> SharedMemory::bytes() const {
   return impl_ ? std::span<std::byte>(impl_->view, impl_->size) : std::span<std::byte>();
 }
 
+void SharedMemory::Flush() {
+  if (impl_) FlushViewOfFile(impl_->view, 0);
+}
+
 std::intptr_t SharedMemory::native() const {
   return impl_ ? reinterpret_cast<std::intptr_t>(impl_->mapping.get()) : -1;
 }

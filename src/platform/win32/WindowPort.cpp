@@ -17,11 +17,14 @@ constexpr wchar_t kClassName[] = L"QuorvaneLinkPort";
 constexpr UINT kFirstNumber = WM_APP;
 constexpr UINT kLastNumber = 0xBFFF;
 
-// The process that records are handed to.
+// The process that records are handed to. Opened with all rights, or where the system grants these
+// to nobody (a process of another integrity level) with those that are used.
 class Peer {
  public:
   explicit Peer(DWORD processId = 0) : id_(processId) {
-    if (processId != 0) process_ = Handle(OpenProcess(kAccess, FALSE, processId));
+    if (processId == 0) return;
+    process_ = Handle(OpenProcess(PROCESS_ALL_ACCESS, FALSE, processId));
+    if (!process_) process_ = Handle(OpenProcess(kUsedAccess, FALSE, processId));
   }
 
   DWORD id() const { return id_; }
@@ -46,7 +49,7 @@ class Peer {
   }
 
  private:
-  static constexpr DWORD kAccess = PROCESS_DUP_HANDLE | SYNCHRONIZE;
+  static constexpr DWORD kUsedAccess = PROCESS_DUP_HANDLE | SYNCHRONIZE;
 
   DWORD id_ = 0;
   Handle process_;
