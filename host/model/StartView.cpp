@@ -13,8 +13,8 @@ namespace {
 
 constexpr float kPi = std::numbers::pi_v<float>;
 constexpr float kRadiansPerDegree = kPi / 180;
-// Down onto the model.
-constexpr float kPitch = 24 * kRadiansPerDegree;
+// Down onto the model: steep enough to tell the near from the far, and with the horizon in view.
+constexpr float kPitch = 14 * kRadiansPerDegree;
 // The main side is seen at this angle from its normal, the other at the rest of a right angle.
 constexpr float kTurn = 35 * kRadiansPerDegree;
 // What a side without sun counts beside one that it shines on squarely.
