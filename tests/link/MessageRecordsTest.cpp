@@ -12,8 +12,10 @@ namespace {
 constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
 
-bool Holds(const platform::SharedMemory& record, RecordBytes content) {
-  return record && SameBytes(record.bytes(), content.Size(record.bytes().size()).bytes());
+// Zeros behind the content up to the end of the memory.
+bool Holds(const platform::SharedMemory& record, const RecordBytes& content) {
+  return record &&
+         SameBytes(record.bytes(), RecordBytes(content).Size(record.bytes().size()).bytes());
 }
 
 TEST(MessageRecords, AreLaidOutAsTheHostReadsThem) {

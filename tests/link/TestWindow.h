@@ -11,7 +11,7 @@ namespace qv {
 class TestWindow {
  public:
   // `onMessage` gets messages that the system brings to the window itself (Windows).
-  static std::unique_ptr<TestWindow> Create(std::function<void(std::uint32_t)> onMessage);
+  static std::unique_ptr<TestWindow> Create(const std::function<void(std::uint32_t)>& onMessage);
   virtual ~TestWindow() = default;
 
   virtual void Show(bool visible) = 0;

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <atomic>
 #include <thread>
-#include <vector>
 
 #include "platform/Clock.h"
 #include "platform/Ids.h"
@@ -47,9 +47,9 @@ TEST(NamedEvent, WakesEverybody) {
   NamedEvent event = NamedEvent::Create(Name("Everybody"));
   ASSERT_TRUE(event);
   std::atomic<int> woken{0};
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&woken] {
+  std::array<std::thread, 4> threads;
+  for (std::thread& thread : threads) {
+    thread = std::thread([&woken] {
       NamedEvent own = NamedEvent::Open(Name("Everybody"));
       if (own.Wait(seconds(30))) ++woken;
     });

@@ -141,17 +141,16 @@ void DecodeCommands(Bytes input) {
   StrictFrame frame;
   CommandDecoder decoder(frame, SharedAccess{PlainCopy, PlainCopy});
   while (!input.empty()) {
-    const auto code = static_cast<std::int8_t>(TakeByte(input));
+    const auto code = static_cast<std::int32_t>(TakeByte(input));
     const std::size_t low = TakeByte(input);
     const Bytes content = Take(input, low | TakeByte(input) << 8);
     // Memory of just that size, so that the address sanitizer sees every byte too far.
-    std::vector<std::byte> area(sizeof(std::int32_t) + content.size());
-    const std::int32_t wideCode = code;
-    std::memcpy(area.data(), &wideCode, sizeof(wideCode));
-    std::copy(content.begin(), content.end(), area.begin() + sizeof(wideCode));
+    std::vector<std::byte> area(sizeof(code) + content.size());
+    std::memcpy(area.data(), &code, sizeof(code));
+    std::copy(content.begin(), content.end(), area.begin() + sizeof(code));
     decoder.Decode(area);
     const bool answers = code == 3 || code == 17;
-    Require(answers || std::memcmp(area.data(), &wideCode, sizeof(wideCode)) == 0,
+    Require(answers || std::memcmp(area.data(), &code, sizeof(code)) == 0,
             "only two commands have results");
   }
 }

@@ -34,7 +34,7 @@ class PlainWindow final : public TestWindow {
 
 }  // namespace
 
-std::unique_ptr<TestWindow> TestWindow::Create(std::function<void(std::uint32_t)>) {
+std::unique_ptr<TestWindow> TestWindow::Create(const std::function<void(std::uint32_t)>&) {
   return std::make_unique<PlainWindow>();
 }
 

@@ -340,7 +340,7 @@ TEST(HostObjects, AreMadeAnewWhereAKilledHostLeftThem) {
     EXPECT_EQ(status.st_size, 4);
   }
   for (const std::string name : {"QV_Lock1_", "QV_Lock2_", "QV_Shared1_"}) {
-    EXPECT_FALSE(std::filesystem::exists("/dev/shm/" + name + id)) << name;
+    EXPECT_FALSE(std::filesystem::exists(std::filesystem::path("/dev/shm") / (name + id))) << name;
   }
 }
 

@@ -53,8 +53,9 @@ class Frame final : public TestWindow {
 
 }  // namespace
 
-std::unique_ptr<TestWindow> TestWindow::Create(std::function<void(std::uint32_t)> onMessage) {
-  return std::make_unique<Frame>(std::move(onMessage));
+std::unique_ptr<TestWindow> TestWindow::Create(
+    const std::function<void(std::uint32_t)>& onMessage) {
+  return std::make_unique<Frame>(onMessage);
 }
 
 }  // namespace qv

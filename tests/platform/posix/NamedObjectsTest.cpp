@@ -19,6 +19,8 @@
 namespace qv::platform {
 namespace {
 
+constexpr std::size_t kThreePages = 12288;
+
 std::string Name(const char* what) {
   return std::string("QV_Test_") + what + "_" + std::to_string(CurrentProcessId());
 }
@@ -114,10 +116,10 @@ TEST(NamedObjects, LeftOnesAreTakenAway) {
 }
 
 TEST(NamedObjects, CopiesOfMemoryThatIsTakenAwayFail) {
-  SharedMemory made = SharedMemory::Create(Name("Away"), 3 * 4096);
+  SharedMemory made = SharedMemory::Create(Name("Away"), kThreePages);
   const SharedMemory opened = SharedMemory::Open(Name("Away"));
   made.bytes()[4095] = std::byte{7};
-  std::vector<std::byte> copy(3 * 4096);
+  std::vector<std::byte> copy(kThreePages);
   EXPECT_TRUE(CopyFromShared(copy.data(), opened.bytes().data(), copy.size()));
   EXPECT_EQ(copy[4095], std::byte{7});
   const Object object(Name("Away"));

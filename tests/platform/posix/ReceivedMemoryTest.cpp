@@ -13,6 +13,8 @@
 namespace qv::platform {
 namespace {
 
+constexpr std::size_t kTwoPages = 8192;
+
 std::string TextAt(const SharedMemory& memory, std::size_t offset, std::size_t size) {
   return {reinterpret_cast<const char*>(memory.bytes().data()) + offset, size};
 }
@@ -36,17 +38,17 @@ TEST(ReceivedMemory, IsMappedWithItsLastPageWhole) {
 
 TEST(ReceivedMemory, StaysReadableWhenTheSenderShortensIt) {
   for (const bool sealable : {true, false}) {
-    const int file = MemoryFile("content", 2 * 4096, sealable);
-    void* sender = mmap(nullptr, 2 * 4096, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+    const int file = MemoryFile("content", kTwoPages, sealable);
+    void* sender = mmap(nullptr, kTwoPages, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
     std::memcpy(static_cast<char*>(sender) + 8000, "end", 3);
     const SharedMemory memory = SharedMemory::Adopt(dup(file));
     ASSERT_TRUE(memory);
     // Either the system refuses, or it does not matter any more.
     EXPECT_EQ(ftruncate(file, 0) == 0, !sealable);
-    EXPECT_EQ(memory.bytes().size(), 2 * 4096u);
+    EXPECT_EQ(memory.bytes().size(), kTwoPages);
     EXPECT_EQ(TextAt(memory, 0, 7), "content");
     EXPECT_EQ(TextAt(memory, 8000, 3), "end");
-    munmap(sender, 2 * 4096);
+    munmap(sender, kTwoPages);
     close(file);
   }
 }
