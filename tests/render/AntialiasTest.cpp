@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
@@ -7,7 +8,6 @@
 #include "Renderer.h"
 #include "TracedScene.h"
 #include "render/frame/PixelRays.h"
-#include "sky/Background.h"
 
 namespace qv {
 namespace {
@@ -56,11 +56,8 @@ TEST_P(AntialiasFactor, ShowsTheMeanOfAllSamplesOnEdges) {
   ASSERT_EQ(passes.size(), 2u);
   const Picture& base = passes[0].picture;
 
-  sky::Background background;
-  background.Update();
   test::TracedScene traced(scene);
-  traced.scene.SetSun(RenderLight::Directional(background.sun().color, background.sun().direction));
-  traced.in.background = &background.faces();
+  traced.UseStartingSky();
   const int width = kWidth * factor;
   const int height = kHeight * factor;
   const std::vector<Vec3> samples =

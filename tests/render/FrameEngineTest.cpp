@@ -6,8 +6,6 @@
 #include "Renderer.h"
 #include "TracedScene.h"
 #include "render/frame/PixelRays.h"
-#include "render/image/ComposeImage.h"
-#include "sky/Background.h"
 
 namespace qv {
 namespace {
@@ -20,11 +18,8 @@ using test::ViewFrom;
 // The picture of one pass, ray by ray, with the sky that a renderer starts with.
 Picture PictureOf(const test::SceneBuilder& builder, const RenderCamera& camera, int width,
                   int height, RenderPass pass) {
-  sky::Background background;
-  background.Update();
   test::TracedScene traced(builder);
-  traced.scene.SetSun(RenderLight::Directional(background.sun().color, background.sun().direction));
-  traced.in.background = &background.faces();
+  traced.UseStartingSky();
   traced.in.switches.useAmbientOcclusion = true;
   const std::vector<Vec3> colors =
       traced.Picture(ComputePixelRays(camera, width, height), width, height, pass);
@@ -43,7 +38,7 @@ Picture PictureOf(const test::SceneBuilder& builder, const RenderCamera& camera,
 TEST(FrameEngine, TracesEachPixelOfAnySize) {
   const test::SceneBuilder scene = SmallScene();
   const RenderCamera camera = ViewFrom(20);
-  const std::tuple<int, int> sizes[] = {{1, 1}, {9, 9}, {61, 43}, {100, 8}, {7, 30}};
+  const std::tuple<int, int> sizes[] = {{1, 1}, {9, 9}, {61, 43}, {100, 8}, {7, 300}};
   Renderer renderer(scene, 64, 64);
   for (const auto& [width, height] : sizes) {
     ASSERT_TRUE(renderer.impl.ResizeTargets(width, height, -1));
@@ -182,14 +177,14 @@ TEST(FrameEngine, ShowsTheSkyWithoutMeshes) {
   Renderer renderer(test::SceneBuilder(), 30, 20);
   const RenderCamera camera = ViewFrom(45);
   renderer.Run(camera, ModeStill);
-  sky::Background background;
-  background.Update();
+  test::TracedScene traced{test::SceneBuilder()};
+  traced.UseStartingSky();
   const PixelRays rays = ComputePixelRays(camera, 30, 20);
   Picture sky(30, 20);
   for (int y = 0; y < 20; ++y) {
     for (int x = 0; x < 30; ++x) {
       const Vec3 direction = rays.Direction(static_cast<float>(x), static_cast<float>(y));
-      const Vec3 color = background.faces().Sample(direction.normalized());
+      const Vec3 color = traced.in.background->Sample(direction.normalized());
       for (int c = 0; c < 3; ++c) sky.At(x, y)[c] = static_cast<std::uint8_t>(color[c] * 255);
     }
   }

@@ -151,11 +151,12 @@ TEST(Material, TakesTheMipLevelOfTheFootprint) {
   }
   SceneBuilder builder;
   builder.Floor(0, 32, builder.Material(Textured(test::WritePng("checker.png", 64, 64, rgba))));
+  for (MeshVertex& vertex : builder.meshes[0].vertices) vertex.backUv[0] *= 2;
   TracedScene traced(builder);
   // One texel a unit, seen from 40 units: white and black texels, then a half of grey, then grey.
   const auto whiteAt = [&](float footprint, const Vec3& direction) {
     traced.in.footprintScale = footprint / 40;
-    const Vec3 hit(0.0f, 0.00001f, 0);
+    const Vec3 hit(0, -0.00001f, 0);  // on the triangle whose first edge runs along u
     const Ray ray{hit - 40 * direction, direction};
     return std::abs(Fetched(traced, ray)->diffuse[0][0] - 0.5f);
   };
@@ -165,6 +166,7 @@ TEST(Material, TakesTheMipLevelOfTheFootprint) {
   EXPECT_NEAR(whiteAt(2, down), 0.25f, 0.01f) << "half a level further";
   EXPECT_NEAR(whiteAt(2 * half, down), 0, 0.01f);
   EXPECT_NEAR(whiteAt(1, {0, 0.8660254f, -0.5f}), 0.25f, 0.01f) << "twice as wide at 60 degrees";
+  EXPECT_NEAR(whiteAt(1, {0, 0, 1}), 0.25f, 0.01f) << "two texels a unit on the back";
 }
 
 // Heights of 0, 0.2, 0.4 and 0.6 from the top row down; 8 texels wide, 4 high. In the middle

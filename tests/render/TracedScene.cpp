@@ -2,6 +2,7 @@
 
 #include "render/shade/LaneFill.h"
 #include "render/trace/VectorOps.h"
+#include "sky/Background.h"
 
 namespace qv::test {
 namespace {
@@ -44,6 +45,16 @@ TracedScene::TracedScene(const SceneBuilder& builder, int packetWidth)
 TracedScene::~TracedScene() {
   scene.Clear();
   rtcReleaseDevice(device);
+}
+
+void TracedScene::UseStartingSky() {
+  static const std::unique_ptr<const sky::Background> background = [] {
+    auto started = std::make_unique<sky::Background>();
+    started->Update();
+    return started;
+  }();
+  scene.SetSun(RenderLight::Directional(background->sun().color, background->sun().direction));
+  in.background = &background->faces();
 }
 
 void TracedScene::FillFace(int face, const Vec3& color) {

@@ -27,6 +27,8 @@ class TracedScene {
   explicit TracedScene(const SceneBuilder& builder, int packetWidth = 8);
   ~TracedScene();
 
+  // The sky and sun that a renderer starts with.
+  void UseStartingSky();
   void FillSky(const Vec3& color);
   void FillFace(int face, const Vec3& color);
 
