@@ -20,12 +20,22 @@ StatusBar::StatusBar(wxWindow* parent) : wxStatusBar(parent, wxID_ANY) {
   gauge_->Hide();
   Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
     event.Skip();
+    for (int field = kText; field < kFieldCount; ++field) WriteText(static_cast<Field>(field));
     PlaceGauge();
   });
 }
 
 void StatusBar::ShowText(Field field, const wxString& text) {
-  if (GetStatusText(field) != text) SetStatusText(text, field);
+  texts_[field] = text;
+  WriteText(field);
+}
+
+void StatusBar::WriteText(Field field) {
+  // Until the window system has given the bar its size there may be fields without an area, which
+  // the toolkit cannot paint.
+  wxRect area;
+  if (!GetFieldRect(field, area) || area.IsEmpty()) return;
+  if (GetStatusText(field) != texts_[field]) SetStatusText(texts_[field], field);
 }
 
 void StatusBar::ShowProgress(int value) {
@@ -34,12 +44,14 @@ void StatusBar::ShowProgress(int value) {
 }
 
 void StatusBar::PlaceGauge() {
-  wxRect field;
-  if (!GetFieldRect(kProgress, field)) return;
-  field.Deflate(kGaugeInset);
-  // Before the bar has got its own size its fields have none.
-  gauge_->Show(field.width > 0 && field.height > 0);
-  if (gauge_->IsShown()) gauge_->SetSize(field);
+  wxRect area;
+  const bool placed = GetFieldRect(kProgress, area) && !area.Deflate(kGaugeInset).IsEmpty();
+  gauge_->Show(placed);
+  if (!placed) return;
+  // A theme whose bar is a thin line draws it at the bottom of the gauge.
+  const int natural = gauge_->GetBestSize().y;
+  if (natural * 2 < area.height) area.Deflate(0, (area.height - natural) / 2);
+  gauge_->SetSize(area);
 }
 
 }  // namespace qv

@@ -18,10 +18,12 @@ class StatusBar : public wxStatusBar {
   void ShowText(Field field, const wxString& text);
   // From 0 to kGaugeRange.
   void ShowProgress(int value);
-  // Puts the gauge into its field again; for the frame, after the field has moved.
-  void PlaceGauge();
 
  private:
+  void WriteText(Field field);
+  void PlaceGauge();
+
+  wxString texts_[kFieldCount];
   wxGauge* gauge_;
 };
 
