@@ -4,6 +4,7 @@
 #include <wx/config.h>
 #include <wx/dcclient.h>
 #include <wx/evtloop.h>
+#include <wx/menu.h>
 
 #include <algorithm>
 #include <utility>
@@ -159,9 +160,19 @@ void MainFrame::YieldToWindows() {
   if (loop && !loop->IsYielding()) loop->YieldFor(wxEVT_CATEGORY_UI);
 }
 
+void MainFrame::EnableContents(bool enable) {
+  // Not the frame itself: a disabled window cannot be closed or moved either.
+  for (wxWindow* child : GetChildren()) {
+    if (!child->IsTopLevel() && child != statusBar_) child->Enable(enable);
+  }
+  if (wxMenuBar* menuBar = GetMenuBar()) {
+    for (size_t i = 0; i < menuBar->GetMenuCount(); ++i) menuBar->EnableTop(i, enable);
+  }
+}
+
 void MainFrame::SetInteractive(bool interactive) {
   interactive_ = interactive;
-  EnableFrame(interactive);
+  EnableContents(interactive);
   UpdateWindowUI(wxUPDATE_UI_RECURSE);
 }
 

@@ -91,7 +91,8 @@ class MainFrame : public FrameWindow, public IQuorvane {
   void YieldToWindows();
   // Closes the frame soon if that was asked for while it could not be done.
   void CatchUpWithClose();
-  // Disables or enables the frame and what is in it.
+  // Disables or enables all that is in the frame.
+  void EnableContents(bool enable);
   void SetInteractive(bool interactive);
   // Ends everything that runs beside the GUI thread. A second call does nothing.
   void Shutdown();

@@ -1,7 +1,5 @@
 #include "FrameWindow.h"
 
-#include <wx/menu.h>
-
 namespace qv {
 namespace {
 
@@ -33,16 +31,6 @@ void FrameWindow::OnSize(wxSizeEvent& event) {
   if (!sizeSettled_.IsRunning()) OnSizeMoveEntered();
   sizeSettled_.StartOnce(kSettleMilliseconds);
   OnFrameSize();
-}
-
-void FrameWindow::EnableFrame(bool enable) {
-  // The toolkit takes a disabled top-level window to be one that must not be closed either.
-  for (wxWindow* child : GetChildren()) {
-    if (!child->IsTopLevel() && child != statusBar_) child->Enable(enable);
-  }
-  if (wxMenuBar* menuBar = GetMenuBar()) {
-    for (size_t i = 0; i < menuBar->GetMenuCount(); ++i) menuBar->EnableTop(i, enable);
-  }
 }
 
 void* FrameWindow::NativeHandle() const {

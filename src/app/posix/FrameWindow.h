@@ -8,9 +8,8 @@
 
 namespace qv {
 
-// The part of the main frame that depends on the windowing system: messages to itself, the end of a
-// change of size, and what it means that the frame is disabled. This is the one for systems whose
-// windows have no message numbers.
+// The part of the main frame that depends on the windowing system: messages to itself, and the
+// end of a change of size. This is the one for systems whose windows have no message numbers.
 class FrameWindow : public _MainFrame {
  public:
   explicit FrameWindow(wxWindow* parent);
@@ -25,8 +24,6 @@ class FrameWindow : public _MainFrame {
   virtual void OnSizeMoveExited() = 0;
   virtual void OnFrameSize() = 0;
 
-  // Disables or enables all that is in the frame. The frame itself stays closable.
-  void EnableFrame(bool enable);
   // What the renderer is given as the window handle.
   void* NativeHandle() const;
 

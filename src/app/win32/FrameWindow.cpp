@@ -18,10 +18,6 @@ void FrameWindow::PostToSelf(std::uint32_t number) {
   ::PostMessageW(GetHWND(), number, 0, 0);
 }
 
-void FrameWindow::EnableFrame(bool enable) {
-  Enable(enable);
-}
-
 void* FrameWindow::NativeHandle() const {
   return GetHWND();
 }
