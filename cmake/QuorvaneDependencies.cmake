@@ -34,6 +34,9 @@ endif()
 if(QUORVANE_HOST AND NOT QUORVANE_LINK_ONLY)
   # Not by assimp's own CMake files, which name targets of libraries that their packages do not offer.
   pkg_check_modules(assimp REQUIRED IMPORTED_TARGET assimp>=5.2)
+  if(WIN32)
+    use_assimp_on_windows(PkgConfig::assimp)
+  endif()
   find_package(nlohmann_json 3.11 REQUIRED)
 endif()
 

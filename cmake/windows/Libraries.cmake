@@ -2,18 +2,16 @@
 if(CMAKE_CROSSCOMPILING)
   # Only what was built for Windows is seen, by pkg-config too.
   set(ENV{PKG_CONFIG_LIBDIR} ${QUORVANE_WINDOWS_PREFIX}/lib/pkgconfig)
+  # Nothing that would need a DLL of the compiler's.
+  set(CMAKE_FIND_LIBRARY_SUFFIXES .a)
 endif()
 
 # By its own CMake files: CMake's module asks the wx-config of the system that builds.
 set(QUORVANE_WX_MODE CONFIG)
 
-# FreeImage's header declares types of Windows by itself unless they are there already, and then windows.h gets lost.
+# What a static FreeImage needs besides. (Its header declares types of Windows by itself: no source of ours takes it
+# together with windows.h.)
 function(use_freeimage_on_windows target)
-  if(MSVC)
-    target_compile_options(${target} INTERFACE /FIwindows.h)
-  else()
-    target_compile_options(${target} INTERFACE "SHELL:-include windows.h")
-  endif()
   if(CMAKE_CROSSCOMPILING)
     find_package(TIFF REQUIRED)
     find_package(JPEG REQUIRED)
@@ -21,5 +19,14 @@ function(use_freeimage_on_windows target)
     find_package(ZLIB REQUIRED)
     target_compile_definitions(${target} INTERFACE FREEIMAGE_LIB)
     target_link_libraries(${target} INTERFACE TIFF::TIFF JPEG::JPEG PNG::PNG ZLIB::ZLIB)
+  endif()
+endfunction()
+
+# What a static Assimp needs besides: archives, in which some models come.
+function(use_assimp_on_windows target)
+  if(CMAKE_CROSSCOMPILING)
+    find_package(ZLIB REQUIRED)
+    find_library(MINIZIP_LIBRARY minizip REQUIRED)
+    target_link_libraries(${target} INTERFACE ${MINIZIP_LIBRARY} ZLIB::ZLIB)
   endif()
 endfunction()
