@@ -4,8 +4,10 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <random>
 
+#include "render/trace/CubeLookup.h"
 #include "render/trace/InverseSqrt.h"
 #include "render/trace/VectorOps.h"
 
@@ -235,6 +237,31 @@ TEST_P(VectorOps, RotatesFromUpAlongTheShortestArc) {
       EXPECT_NEAR(Dot(turned, axis), v[0] * axis.x + v[1] * axis.y, 1e-4f) << "the axis stays";
     }
   }
+}
+
+TEST_P(VectorOps, LooksTheCubeUpLikeSingleDirections) {
+  static const auto faces = [] {
+    auto cube = std::make_unique<sky::CubeFaces>();
+    std::mt19937 random(9);
+    for (int face = 0; face < 5; ++face) {  // the last one stays empty
+      auto& pixels = cube->pixels[static_cast<std::size_t>(face)];
+      pixels.resize(std::size_t{4} << 20);
+      for (std::uint8_t& byte : pixels) byte = static_cast<std::uint8_t>(random());
+    }
+    return cube;
+  }();
+  ForSeeds([](const Lanes& before, Lanes& lanes) {
+    for (int lane = 0; lane < kLanes; lane += 9) {  // on the borders between faces
+      for (auto& axis : lanes.a) axis[lane] = std::copysign(0.5f, axis[lane]);
+      if (lane % 2 == 0) lanes.a[lane % 3][lane] = 0;
+    }
+    SampleCube(*faces, lanes.a, lanes.mask, lanes.out);
+    for (int lane = 0; lane < kLanes; ++lane) {
+      const V d = At(lanes.a, lane);
+      const Vec3 color = faces->Sample({d.x, d.y, d.z});
+      if (before.mask[lane] >= 0) ExpectSame(lanes.out, lane, {color.x(), color.y(), color.z()});
+    }
+  });
 }
 
 TEST_P(VectorOps, TellsWhetherALaneIsActive) {
