@@ -5,8 +5,8 @@
 namespace qv {
 namespace {
 
-// The first Julian date that takes the Gregorian century correction on the way in, and the first Gregorian day on the
-// way back.
+// The first Julian date that takes the Gregorian century correction on the way in, and the first
+// Gregorian day on the way back.
 constexpr double kGregorianCorrectionFrom = 2299150.0;
 constexpr double kGregorianDayFrom = 2299161.0;
 

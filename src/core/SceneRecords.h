@@ -16,8 +16,8 @@ struct MeshVertex {
 };
 static_assert(sizeof(MeshVertex) == 40);
 
-// Three vertex numbers, local to the call that brings them, and the material word: low 16 bits the front material, high
-// 16 bits, read as signed, the back material.
+// Three vertex numbers, local to the call that brings them, and the material word: low 16 bits the
+// front material, high 16 bits, read as signed, the back material.
 struct MeshTriangle {
   std::int32_t vertex[3];
   std::uint32_t materialWord;
@@ -34,11 +34,11 @@ struct MaterialParameters {
   float reflectance = 0;       // above 0 the surface reflects
   float glossy = 0;            // above 0 the reflection is blurred
   float refractiveIndex = 1;
-  float shadingFlag = 0;       // kept, read by no shading
-  float opacity = 1;           // 1 is opaque
+  float shadingFlag = 0;  // kept, read by no shading
+  float opacity = 1;      // 1 is opaque
   bool hasTexture = false;
-  std::string texturePath;     // narrow, in the current multibyte encoding; only with hasTexture
-  float bumpFactor = 0;        // from 0.001 on the texture also bends the normal
+  std::string texturePath;  // narrow, in the current multibyte encoding; only with hasTexture
+  float bumpFactor = 0;     // from 0.001 on the texture also bends the normal
 };
 
 }  // namespace qv
