@@ -36,7 +36,8 @@ int PacketWidthOf(const RaytraceImpl::Options& options) {
 // The ray library's device, released last.
 class Device {
  public:
-  Device() : device_(rtcNewDevice("")) {
+  // The system places the threads that build the scene: the windows need their processors too.
+  Device() : device_(rtcNewDevice("set_affinity=0")) {
     if (device_ == nullptr) Log(LogLevel::kError, "the ray library gives no device");
   }
   ~Device() {
