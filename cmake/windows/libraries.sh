@@ -114,6 +114,7 @@ make_parts() (
   # shellcheck source=/dev/null
   source "$recipes/$1.sh"
   need_prefixes=""
+  # shellcheck disable=SC2154
   for need in "${needs[@]}"; do
     need_prefixes+="${need_prefixes:+;}$(library_folder "$need")"
   done
