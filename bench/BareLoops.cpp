@@ -41,6 +41,7 @@ template <class Work>
 double Timed(int threads, const Work& work) {
   const double start = platform::NowSeconds();
   std::vector<std::thread> workers;
+  workers.reserve(static_cast<std::size_t>(threads));
   for (int i = 0; i < threads; ++i) {
     workers.emplace_back([&work] {
       platform::LowerCurrentThreadPriority();
