@@ -94,10 +94,10 @@ int main(int argc, char** argv) {
   const BenchScene million = MillionTriangles();
   MeasureScene(million, *options, figures);
   const auto viewer = std::filesystem::absolute(argv[0]).parent_path() / "quorvane";
-  if (!MeasureInViewer(million, viewer.string(), figures)) return 1;
+  const bool shown = MeasureInViewer(million, viewer.string(), figures);
   if (!options->json.empty() && !WriteJson(figures, options->json)) {
     std::fprintf(stderr, "quorvane-bench: cannot write %s\n", options->json.c_str());
     return 1;
   }
-  return 0;
+  return shown ? 0 : 1;
 }

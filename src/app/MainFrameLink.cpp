@@ -145,6 +145,7 @@ void MainFrame::LoadProperties() {
       ImageSettings settings = renderer.GetImageSettings();
       settings.gamma = gamma;
       renderer.SetImageSettings(settings);
+      renderer.ComposeImage(true);
     });
   });
   ReadProperty(*link_, "eye_height", ParseFloat, [this](float height) { eyeHeight_ = height; });

@@ -32,12 +32,8 @@ class SharedSlot {
       if (!object) return false;
       ++users_;
     }
+    const Leave leave{*this};
     work(*object);
-    {
-      const std::lock_guard lock(mutex_);
-      --users_;
-    }
-    left_.notify_all();
     return true;
   }
 
@@ -56,6 +52,18 @@ class SharedSlot {
 
  private:
   static constexpr std::chrono::milliseconds kPumpInterval{10};
+
+  // The end of one use, also where `work` throws.
+  struct Leave {
+    SharedSlot& slot;
+    ~Leave() {
+      {
+        const std::lock_guard lock(slot.mutex_);
+        --slot.users_;
+      }
+      slot.left_.notify_all();
+    }
+  };
 
   std::mutex mutex_;
   std::condition_variable left_;

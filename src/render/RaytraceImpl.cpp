@@ -168,9 +168,7 @@ void RaytraceImpl::SetLocationAndTime(float sunRotation, float latitude, float l
 }
 
 void RaytraceImpl::SetJulianDate(double julianDate) {
-  sky::SkyMoment moment = parts_->background.Moment();
-  moment.julianDate = julianDate;
-  parts_->background.SetMoment(moment);
+  parts_->background.SetJulianDate(julianDate);
 }
 
 double RaytraceImpl::JulianDate() const {

@@ -69,7 +69,6 @@ class RaytraceImpl {
   struct Callbacks {
     std::function<void()> passDone;
     std::function<void(float)> progress;  // 0 to 1
-    std::function<void(const std::wstring&)> statusText;
   };
 
   struct Options {
@@ -104,8 +103,9 @@ class RaytraceImpl {
   // Makes the Embree scene of what has arrived. `windowHandle` is for the sky's device.
   void BuildScene(void* windowHandle);
 
-  // Place and moment of the sky; the Julian date is UT, `sunRotation` in radians, the rest in
-  // degrees and hours. Any thread.
+  // Place and moment of the sky; the Julian date is that of the user's clock, as core/Calendar.h
+  // makes it with the zone of the longitude, `sunRotation` in radians, the rest in degrees and
+  // hours. Any thread.
   void SetLocationAndTime(float sunRotation, float latitude, float longitude, double julianDate,
                           float timeZone);
   void SetJulianDate(double julianDate);
@@ -121,7 +121,7 @@ class RaytraceImpl {
   bool ResizeTargets(int width, int height, int antialiasIndex);
 
   // Queues a job; never waits for rendering, but may wait for a running scene commit or sky update.
-  // Any thread.
+  // While a StopRender waits no job is queued: what is given here is kept for the next. Any thread.
   void StartRender(const Vec3& position, const Vec3& forward, const Vec3& up, float fieldOfView,
                    const Vec3& target, RenderMode mode, bool showProgress);
   void StartRenderSameCamera(RenderMode mode);

@@ -57,6 +57,14 @@ void Background::SetMoment(const SkyMoment& moment) {
   skyDirty_ = true;
 }
 
+void Background::SetJulianDate(double julianDate) {
+  {
+    const std::lock_guard lock(mutex_);
+    moment_.julianDate = julianDate;
+  }
+  skyDirty_ = true;
+}
+
 SkyMoment Background::Moment() const {
   const std::lock_guard lock(mutex_);
   return moment_;

@@ -33,6 +33,7 @@ class Background {
   Background();
 
   void SetMoment(const SkyMoment& moment);  // marks the sky as dirty
+  void SetJulianDate(double julianDate);    // marks the sky as dirty
   SkyMoment Moment() const;
   // Marks sky and clouds as dirty.
   void SetType(std::int32_t backgroundType, std::int32_t cubeMapIndex);

@@ -34,8 +34,8 @@ float Fraction(float v) {
 }
 
 // Half a step of 8 bits at most, different from pixel to pixel without a pattern that the eye finds
-// (J. Jimenez, "Next Generation Post Processing in Call of Duty", 2014): what would be visible
-// bands becomes fine grain.
+// (interleaved gradient noise; J. Jimenez, SIGGRAPH course on advances in real-time rendering,
+// 2014): what would be visible bands becomes fine grain.
 float Dither(int column, int row) {
   const float v = 0.06711056f * column + 0.00583715f * row;
   const float w = 52.9829189f * Fraction(v);

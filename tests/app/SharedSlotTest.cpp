@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <memory>
+#include <new>
 #include <thread>
 #include <vector>
 
@@ -60,6 +62,14 @@ TEST(SharedSlot, ReplacingUnderUseKeepsEachObjectAlive) {
   }
   stop = true;
   for (std::thread& user : users) user.join();
+}
+
+TEST(SharedSlot, IsFreeAgainAfterAUseThatThrew) {
+  SharedSlot<int> slot;
+  slot.Put(std::make_unique<int>(7));
+  EXPECT_THROW(slot.Use([](int&) { throw std::bad_alloc(); }), std::bad_alloc);
+  int pumped = 0;
+  ASSERT_TRUE(slot.Take([&] { ASSERT_LT(++pumped, 100); }));
 }
 
 }  // namespace

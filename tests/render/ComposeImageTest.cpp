@@ -61,8 +61,8 @@ TEST(ComposeImage, StoresZeroForWhatHasNoPower) {
 TEST(ComposeImage, ConvertsRowsLikeSingleValues) {
   std::mt19937 random(5);
   std::uniform_real_distribution<float> value(-0.3f, 1.5f);
-  std::vector<float> in;
-  for (int i = 0; i < 3000; ++i) in.push_back(value(random));
+  std::vector<float> in(3000);
+  for (float& c : in) c = value(random);
   for (const float special : {kNan, kInfinity, -kInfinity, 1e30f, -1e30f, 1e-40f, -0.0f, 8421504.0f,
                               8421505.0f, -8421505.0f}) {
     in.push_back(special);
@@ -126,8 +126,9 @@ TEST(ComposeImage, TakesTheMeanOfAdjustedSamplesOnMarkedPixels) {
     ASSERT_TRUE(base.Resize(3, 3));
     ASSERT_TRUE(samples.Resize(3 * factor, 3 * factor));
     for (int y = 0; y < 3; ++y) std::fill_n(base.Row(y), 9, 0.25f);
+    const std::size_t sample = 3 * (2 * static_cast<std::size_t>(factor) - 1);
     // One column of samples of pixel (1, 1) holds 0.36, the others 0.
-    for (int y = 0; y < factor; ++y) samples.Row(factor + y)[3 * (2 * factor - 1)] = 0.36f;
+    for (int y = 0; y < factor; ++y) samples.Row(factor + y)[sample] = 0.36f;
 
     ScreenImage edges;
     edges.Resize(3, 3);
@@ -139,7 +140,7 @@ TEST(ComposeImage, TakesTheMeanOfAdjustedSamplesOnMarkedPixels) {
 
     ScreenImage screen;
     screen.Resize(3, 3);
-    const auto redAt = [&](const Adjustment& adjustment, int x, int y) {
+    const auto redAt = [&](const Adjustment& adjustment, std::size_t x, int y) {
       ComposeAntialiased(base, samples, factor, mask, adjustment, 1, screen);
       return static_cast<int>(screen.Row(y)[3 * x + 2]);
     };
@@ -147,7 +148,7 @@ TEST(ComposeImage, TakesTheMeanOfAdjustedSamplesOnMarkedPixels) {
     // mean would be 0.6 / sqrt(factor).
     EXPECT_EQ(redAt(Adjustment(0, 0, 2), 1, 1), 153 / factor);
     EXPECT_EQ(redAt(Adjustment(0, 0, 2), 2, 0), 127) << "not marked: from the base picture";
-    for (int y = 0; y < factor; ++y) samples.Row(factor + y)[3 * (2 * factor - 1)] = 4;
+    for (int y = 0; y < factor; ++y) samples.Row(factor + y)[sample] = 4;
     EXPECT_EQ(redAt(Adjustment(0, 0, 1), 1, 1), 255 / factor) << "limits come before the mean";
   }
 }

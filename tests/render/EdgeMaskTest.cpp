@@ -32,19 +32,19 @@ Pixels MarkedIn(const ScreenImage& screen) {
 
 TEST(EdgeMask, MarksPairsThatDifferBySixteenInOneChannel) {
   ScreenImage screen = GreyScreen(6, 5);
-  screen.Row(2)[3 * 3 + 1] = 115;
+  screen.Row(2)[10] = 115;
   EXPECT_TRUE(MarkedIn(screen).empty());
-  screen.Row(2)[3 * 3 + 1] = 116;
+  screen.Row(2)[10] = 116;
   // The pixel with its neighbours to the right and above, and those of which it is one.
   const Pixels around{{3, 2}, {4, 2}, {3, 3}, {4, 3}, {2, 2}, {3, 1}, {2, 1}};
   EXPECT_EQ(MarkedIn(screen), around);
-  screen.Row(2)[3 * 3 + 1] = 84;
+  screen.Row(2)[10] = 84;
   EXPECT_EQ(MarkedIn(screen), around);
-  screen.Row(2)[3 * 3 + 1] = 100;
-  screen.Row(2)[3 * 3] = 84;
+  screen.Row(2)[10] = 100;
+  screen.Row(2)[9] = 84;
   EXPECT_EQ(MarkedIn(screen), around);
-  screen.Row(2)[3 * 3] = 100;
-  screen.Row(2)[3 * 3 + 2] = 116;
+  screen.Row(2)[9] = 100;
+  screen.Row(2)[11] = 116;
   EXPECT_EQ(MarkedIn(screen), around);
 }
 
@@ -59,7 +59,7 @@ TEST(EdgeMask, BeginsNoPairInTheLastColumnAndRow) {
 
 TEST(EdgeMask, ForgetsOldMarksAndClipsRectangles) {
   ScreenImage screen = GreyScreen(10, 9);
-  screen.Row(8)[3 * 9] = 0;
+  screen.Row(8)[27] = 0;
   EdgeMask mask;
   mask.Resize(10, 9);
   mask.Mark(screen);

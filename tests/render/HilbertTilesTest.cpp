@@ -57,7 +57,8 @@ TEST(HilbertTiles, VisitsEachTileOnceAlongNeighbours) {
       EXPECT_EQ(std::abs(p.x - before.x) + std::abs(p.y - before.y), 1) << i;
       const TilePosition walked = WalkAllQuarters(tiles.Levels(), static_cast<std::uint64_t>(i));
       EXPECT_TRUE(p.x == walked.x && p.y == walked.y) << i;
-      ++visits[static_cast<std::size_t>(p.y * side + p.x)];
+      ++visits[static_cast<std::size_t>(p.y) * static_cast<std::size_t>(side) +
+               static_cast<std::size_t>(p.x)];
       if (!tiles.Contains(p)) ++skipped;
       before = p;
     }

@@ -105,6 +105,7 @@ TEST(JobControl, FinishesAFinalJobBeforeTheNext) {
 TEST(JobControl, LetsTheNewestViewWin) {
   Renderer renderer(SmallScene(), 48, 40);
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([&renderer, t] {
       constexpr RenderMode kModes[] = {ModeMotion, ModeSunMotion, ModeStill, ModePreview};

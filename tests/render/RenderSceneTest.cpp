@@ -95,5 +95,25 @@ TEST(RenderScene, TakesNoDataWithoutAMesh) {
   rtcReleaseDevice(device);
 }
 
+TEST(RenderScene, LeavesWhatCameAfterTheBuildForTheNext) {
+  SceneBuilder builder;
+  builder.Material(Vec3::Ones());
+  builder.Box({0, 0, 0}, {1, 1, 1}, 0);
+  TracedScene traced(builder);
+  const MeshVertex vertices[3] = {{{0, 0, 5}, {0, 0, 1}, {}, {}},
+                                  {{1, 0, 5}, {0, 0, 1}, {}, {}},
+                                  {{0, 1, 5}, {0, 0, 1}, {}, {}}};
+  const MeshTriangle triangles[1] = {{{0, 1, 2}, 0}};
+  traced.scene.BeginBillboard();
+  traced.scene.AddMeshData(vertices, triangles);
+  traced.scene.CommitForFrame({0, 1, 0});
+  EXPECT_EQ(traced.scene.TriangleCount(), 12);
+  traced.scene.EndBillboard({0, 0, 0}, {0, 1});
+  traced.scene.Build(nullptr);
+  traced.scene.CommitForFrame({0, 1, 0});
+  EXPECT_EQ(traced.scene.TriangleCount(), 13);
+  EXPECT_EQ(traced.scene.Meshes().back()->GeometryId(), 1u);
+}
+
 }  // namespace
 }  // namespace qv

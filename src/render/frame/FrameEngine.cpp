@@ -3,7 +3,10 @@
 #include <chrono>
 #include <cstring>
 #include <new>
+#include <string>
+#include <system_error>
 
+#include "core/Log.h"
 #include "platform/Clock.h"
 #include "platform/Threads.h"
 #include "render/frame/TilePass.h"
@@ -85,8 +88,11 @@ void FrameEngine::Queue(const RenderCamera* camera, RenderMode mode, bool showPr
   }
   showProgress_ = showProgress;
   pendingMode_ = mode;
-  pendingLightFactors_ = lightFactors_;
-  pendingSwitches_ = switches_;
+  {
+    const std::lock_guard settingsLock(settingsMutex_);
+    pendingLightFactors_ = lightFactors_;
+    pendingSwitches_ = switches_;
+  }
   // Whoever waits in StopRender decides what comes next: a view that is moved all the time would
   // keep it there for ever.
   if (stopping_) return;
@@ -94,7 +100,13 @@ void FrameEngine::Queue(const RenderCamera* camera, RenderMode mode, bool showPr
   if (before != RenderState::kNone && before != RenderState::kIdle) return;
   // A control thread that has set the state to idle touches nothing any more.
   if (controlThread_.joinable()) controlThread_.join();
-  controlThread_ = std::thread([this] { ControlThread(); });
+  try {
+    controlThread_ = std::thread([this] { ControlThread(); });
+  } catch (const std::system_error& error) {
+    Log(LogLevel::kError, std::string("no thread to render with: ") + error.what());
+    state_ = before;
+    done_.notify_all();
+  }
 }
 
 void FrameEngine::ControlThread() {
@@ -194,10 +206,9 @@ void FrameEngine::MarkEdges(bool clearSamples) {
 }
 
 void FrameEngine::ComposeImage(bool useAntialiasData) {
-  if (state_ != RenderState::kIdle) return;
-  // With the lock no other thread begins a job meanwhile.
-  const std::lock_guard lock(lock_);
-  if (state_ == RenderState::kIdle) Compose(useAntialiasData);
+  // With the lock no other thread begins a job meanwhile; where it is held one is beginning.
+  const std::unique_lock lock(lock_, std::try_to_lock);
+  if (lock.owns_lock() && state_ == RenderState::kIdle) Compose(useAntialiasData);
 }
 
 void FrameEngine::Compose(bool useAntialiasData) {
@@ -270,12 +281,12 @@ void FrameEngine::SetAdjustment(const Adjustment& adjustment) {
 }
 
 void FrameEngine::SetLightFactors(const LightFactorsInUse& factors) {
-  const std::lock_guard lock(lock_);
+  const std::lock_guard lock(settingsMutex_);
   lightFactors_ = factors;
 }
 
 void FrameEngine::SetSwitches(const ShadeSwitches& switches) {
-  const std::lock_guard lock(lock_);
+  const std::lock_guard lock(settingsMutex_);
   switches_ = switches;
 }
 

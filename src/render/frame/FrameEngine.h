@@ -104,6 +104,9 @@ class FrameEngine {
   bool stopping_ = false;  // a StopRender is waiting
   std::thread controlThread_;
   RenderMode pendingMode_ = ModeMotion;
+  // What the next job takes over has a lock of its own: nobody who sets it waits for a scene's
+  // set-up.
+  mutable std::mutex settingsMutex_;
   LightFactorsInUse lightFactors_;
   LightFactorsInUse pendingLightFactors_;
   ShadeSwitches switches_;

@@ -1,9 +1,12 @@
 #include "render/frame/TilePass.h"
 
 #include <algorithm>
+#include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
+#include "core/Log.h"
 #include "platform/Threads.h"
 #include "render/shade/ShadePacket.h"
 #include "render/trace/FloatingPointMode.h"
@@ -23,7 +26,13 @@ TilePass::TilePass(const PassSetup& setup, PacketPool& pool)
 void TilePass::Run(int threadCount) {
   std::vector<std::thread> workers;
   workers.reserve(static_cast<std::size_t>(threadCount));
-  for (int i = 0; i < threadCount; ++i) workers.emplace_back([this, i] { Work(i); });
+  try {
+    for (int i = 0; i < threadCount; ++i) workers.emplace_back([this, i] { Work(i); });
+  } catch (const std::system_error& error) {
+    Log(LogLevel::kWarning, std::string("no thread for a tile worker: ") + error.what());
+  }
+  // With no thread to be had the pass still comes to its end.
+  if (workers.empty()) Work(0);
   for (std::thread& worker : workers) worker.join();
 }
 
@@ -41,7 +50,7 @@ void TilePass::Work(int index) {
     const PacketLease packet(thread.packets);
     thread.nextDraw = static_cast<std::uint32_t>(i) * kDrawsPerTile;
     TraceTile(tile, *packet, thread);
-    if (Abandoned()) return;
+    if (Abandoned()) break;
     CopyTile(tile, *packet);
   }
   if (setup_.progress) setup_.progress(0);

@@ -121,7 +121,10 @@ void RenderScene::CommitForFrame(const Vec3& viewDirection) {
   {
     const std::unique_lock lock(updateMutex_);
     if (embreeScene_ != nullptr) {
-      for (const auto& mesh : meshes_) mesh->Update(embreeScene_, viewDirection);
+      for (const auto& mesh : meshes_) {
+        // What came after the last Build waits for the next.
+        if (mesh->GeometryId() != Mesh::kNoGeometry) mesh->Update(embreeScene_, viewDirection);
+      }
       rtcCommitScene(embreeScene_);
     }
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -18,7 +19,11 @@ void ForBandsOfRows(int rows, int threadCount, const Work& work) {
   int first = 0;
   for (int band = 1; band < bands; ++band) {
     const int last = static_cast<int>(static_cast<long>(rows) * band / bands);
-    threads.emplace_back([&work, first, last] { work(first, last); });
+    try {
+      threads.emplace_back([&work, first, last] { work(first, last); });
+    } catch (const std::system_error&) {
+      break;  // the rest is for the caller's thread
+    }
     first = last;
   }
   work(first, rows);

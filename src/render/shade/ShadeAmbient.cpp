@@ -67,22 +67,6 @@ void AddOccludedAmbient(const ShadeInputs& in, const LaneFloats& weight, RayPack
   AddAmbient(in, packet.geometry, kAmbientWeight * in.factors.ambient, occluded, packet);
 }
 
-// Surfaces with a lightmap show its light; the others the plain ambient term.
-void AddLightmapAmbient(const ShadeInputs& in, const LaneFloats& weight, RayPacket& packet) {
-  alignas(64) LaneInts mapped;
-  alignas(64) LaneInts plain;
-  for (int lane = 0; lane < kLanes; ++lane) {
-    const std::int32_t geometry = packet.geometry[lane];
-    const bool hasMap = geometry >= 0 && in.scene->Meshes()[geometry]->LightmapCoords() != nullptr;
-    mapped[lane] = hasMap ? geometry : -1;
-    plain[lane] = hasMap ? -1 : geometry;
-  }
-  AddAmbient(in, plain, kAmbientWeight * in.factors.ambient, weight, packet);
-  alignas(64) LaneFloats scaled;
-  for (int lane = 0; lane < kLanes; ++lane) scaled[lane] = weight[lane] * in.factors.ambient;
-  AddProducts(packet.color, mapped, scaled, packet.diffuse, packet.lightmap);
-}
-
 // Without the factor of the light panel: so it stands.
 void AddPlainAmbient(const ShadeInputs& in, const LaneFloats& weight, RayPacket& packet) {
   if (in.pass == PassPreview) {
@@ -97,10 +81,7 @@ void AddPlainAmbient(const ShadeInputs& in, const LaneFloats& weight, RayPacket&
 void ShadeAmbient(const ShadeInputs& in, RayPacket& packet, ShadeThread& thread, int depth) {
   alignas(64) LaneFloats weight;
   Products(packet.throughput, packet.alpha, packet.geometry, weight);
-  const ShadeSwitches& use = in.switches;
-  if (ShownWhenStill(in.pass) && use.useLightmap) {
-    AddLightmapAmbient(in, weight, packet);
-  } else if (ShownWhenStill(in.pass) && use.useAmbientOcclusion && depth < kOcclusionDepth) {
+  if (ShownWhenStill(in.pass) && in.switches.useAmbientOcclusion && depth < kOcclusionDepth) {
     AddOccludedAmbient(in, weight, packet, thread);
   } else {
     AddPlainAmbient(in, weight, packet);

@@ -18,8 +18,6 @@ struct LightFactorsInUse {
 struct ShadeSwitches {
   bool useAmbientOcclusion = true;
   bool useLEM = false;
-  bool useLightmap = false;
-  bool lightmapHasLEM = false;  // the lightmaps already hold the light of the LEM lights
 };
 
 // All that shading reads besides the packets; constant while a pass runs.

@@ -46,8 +46,9 @@ bool Valid(const LaneInts& mask, int block, int* valid) {
 // 1.844e18); some builds of it end the program over one.
 constexpr float kLargestNumber = 1e18f;
 
-bool IsUsable(float v) {
-  return std::abs(v) <= kLargestNumber;
+// All ones, or 0.
+int Usable(float v) {
+  return std::abs(v) <= kLargestNumber ? -1 : 0;
 }
 
 // Switches those rays off: they meet nothing and get no light. False if no ray is left.
@@ -56,9 +57,8 @@ bool DropUnusable(const Rays& rays, int block, int* valid, LaneInts& mask) {
   alignas(32) int usable[8];
   int all = -1;
   for (int i = 0; i < 8; ++i) {
-    const bool ok = IsUsable(rays.org_x[i]) & IsUsable(rays.org_y[i]) & IsUsable(rays.org_z[i]) &
-                    IsUsable(rays.dir_x[i]) & IsUsable(rays.dir_y[i]) & IsUsable(rays.dir_z[i]);
-    usable[i] = ok ? -1 : 0;
+    usable[i] = Usable(rays.org_x[i]) & Usable(rays.org_y[i]) & Usable(rays.org_z[i]) &
+                Usable(rays.dir_x[i]) & Usable(rays.dir_y[i]) & Usable(rays.dir_z[i]);
     all &= usable[i] | ~valid[i];
   }
   if (all == -1) return true;
@@ -72,8 +72,8 @@ bool DropUnusable(const Rays& rays, int block, int* valid, LaneInts& mask) {
 }
 
 bool IsUsable(const RTCRay& ray) {
-  return IsUsable(ray.org_x) && IsUsable(ray.org_y) && IsUsable(ray.org_z) && IsUsable(ray.dir_x) &&
-         IsUsable(ray.dir_y) && IsUsable(ray.dir_z);
+  return (Usable(ray.org_x) & Usable(ray.org_y) & Usable(ray.org_z) & Usable(ray.dir_x) &
+          Usable(ray.dir_y) & Usable(ray.dir_z)) != 0;
 }
 
 // Errors of the ray library are fetched, so that the next call starts clean, and dropped.
@@ -228,8 +228,9 @@ void TraceShadowBlock(const TraceTarget& target, const Origins& origins, const L
   rtcOccluded8(valid, target.scene->EmbreeScene(), &context.context, &ray);
   DropError(target.device);
   for (int run = 0; run < 2; ++run) {
-    StoreShadowRun(FirstLane(block, run), ray.tfar + run * kRun, context.attenuation + run * kRun,
-                   mask, result);
+    const std::size_t from = static_cast<std::size_t>(run) * kRun;
+    StoreShadowRun(FirstLane(block, run), ray.tfar + from, context.attenuation + from, mask,
+                   result);
   }
 }
 
