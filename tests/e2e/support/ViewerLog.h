@@ -21,7 +21,7 @@ class ViewerLog {
   std::vector<std::string> Lines(const std::string& part) const;
   // Waits until more than `known` lines hold `part`.
   bool WaitFor(const std::string& part, std::size_t known = 0,
-               std::chrono::seconds timeout = std::chrono::seconds(60)) const;
+               std::chrono::seconds timeout = std::chrono::seconds(120)) const;
 
  private:
   std::filesystem::path file_;

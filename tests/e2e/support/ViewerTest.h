@@ -16,8 +16,8 @@ namespace qv::e2e {
 
 // How long things may take that are only waited for; and an end that has to come soon, with room
 // for a sanitizer.
-constexpr std::chrono::seconds kPatience{60};
-constexpr std::chrono::seconds kSoon{10};
+constexpr std::chrono::seconds kPatience{120};
+constexpr std::chrono::seconds kSoon{20};
 
 // A test with a display of its own.
 class ViewerTest : public ::testing::Test {
