@@ -37,6 +37,12 @@ bool CommandChannel::Replace(std::size_t areaSize) {
   return static_cast<bool>(area_);
 }
 
+void CommandChannel::Clear() {
+  lock1_.Reset();
+  lock2_.Reset();
+  outstanding_ = false;
+}
+
 void CommandChannel::Ring() {
   outstanding_ = true;
   lock1_.Set();

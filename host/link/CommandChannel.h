@@ -29,6 +29,8 @@ class CommandChannel {
   // Gives the area up, and makes it anew. The viewer must have released it before.
   bool Replace(std::size_t areaSize);
 
+  // Forgets what a viewer that has ended has left undone.
+  void Clear();
   void Ring();
   // Waits for the answer to all rings; `gone` is asked again and again whether none will come.
   Answer AwaitAnswer(const std::function<bool()>& gone,

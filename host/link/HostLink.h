@@ -55,7 +55,7 @@ class HostLink {
   virtual ~HostLink() = default;
 
   // Starts the viewer with this link's numbers on its command line, and what else is given after
-  // them.
+  // them. Another one may be started once the first has ended.
   virtual bool StartViewer(const std::string& path, const std::vector<std::string>& more = {}) = 0;
   virtual bool ViewerRunning() = 0;
   virtual std::uint32_t ViewerProcessId() const = 0;

@@ -17,6 +17,7 @@ constexpr unsigned kPollMilliseconds = 10;
 // How long a viewer may take until it follows a change of the area: its window has to be visible,
 // and on Windows the old area has to be free.
 constexpr double kExchangePatienceSeconds = 10;
+constexpr double kDisconnectPatienceSeconds = 1;
 
 std::atomic<bool> namesClaimed{false};
 
@@ -53,6 +54,11 @@ bool HostLinkImpl::Open(HostSide& side) {
 }
 
 bool HostLinkImpl::StartViewer(const std::string& path, const std::vector<std::string>& more) {
+  const std::lock_guard<std::mutex> commandLock(commandMutex_);
+  if (!AwaitOldViewersEnd()) return false;
+  channel_.Clear();
+  server_->ExpectViewer();
+  everConnected_ = false;
   std::vector<std::string> arguments{"--windowhandle=" + std::to_string(window()),
                                      "--processid=" + std::to_string(processId())};
   arguments.insert(arguments.end(), more.begin(), more.end());
@@ -63,6 +69,20 @@ bool HostLinkImpl::StartViewer(const std::string& path, const std::vector<std::s
     return false;
   }
   server_->port().SetPeerProcess(viewer_.id());
+  return true;
+}
+
+// False when there is a viewer already.
+bool HostLinkImpl::AwaitOldViewersEnd() {
+  if (ViewerRunning()) {
+    Log(LogLevel::kError, "Host: there is a viewer already");
+    return false;
+  }
+  // The end of a process is known before the end of its connection is.
+  const double patienceEnds = platform::NowSeconds() + kDisconnectPatienceSeconds;
+  while (server_->port().connected() && platform::NowSeconds() < patienceEnds) {
+    platform::SleepMilliseconds(1);
+  }
   return true;
 }
 

@@ -80,6 +80,7 @@ class HostLinkImpl final : public HostLink {
   bool CarryOutText(std::int32_t code, const std::string& text);
   bool CarryOutMesh(std::span<const MeshVertex> vertices, std::span<const MeshTriangle> triangles);
 
+  bool AwaitOldViewersEnd();
   bool Settle(Timeout timeout);
   bool Grow(std::size_t size);
   bool Resize(std::size_t size);

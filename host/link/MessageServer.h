@@ -22,6 +22,7 @@ class MessageServer {
   platform::MessagePort& port() { return *port_; }
   // The viewer has told that its frame closes.
   bool viewerClosed() const { return viewerClosed_; }
+  void ExpectViewer() { viewerClosed_ = false; }
 
  private:
   MessageServer(HostSide& side, const std::atomic<bool>& interrupted)

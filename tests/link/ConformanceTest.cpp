@@ -397,6 +397,24 @@ TEST_F(Conformance, TheViewersDeathEndsTheWait) {
   EXPECT_FALSE(link_->ViewerRunning());
 }
 
+TEST_F(Conformance, AnotherViewerMayFollowTheFirst) {
+  Start();
+  EXPECT_FALSE(link_->StartViewer(QUORVANE_TEST_VIEWER));  // not beside it
+  const RecordBytes order = RecordBytes(15).Int(4, 8).Text(8, "!Work 20000");
+  EXPECT_FALSE(link_->SendRecord(order.bytes(), 0, milliseconds(20)));
+  link_->KillViewer();
+  ASSERT_TRUE(link_->WaitForViewer(seconds(10)));
+  ViewerRecord second;
+  ASSERT_TRUE(link_->StartViewer(QUORVANE_TEST_VIEWER, {"--record=" + second.path()}));
+  // The command that the first has not answered is not carried out again.
+  EXPECT_TRUE(link_->SetProgress(0.5f));
+  EXPECT_THAT(second.NewLines(), ElementsAre("opened", "SetProgress 0.5"));
+  EXPECT_TRUE(link_->ResizeArea(20000));
+  EXPECT_TRUE(Order("CloseMeanwhile"));
+  EXPECT_EQ(link_->WaitForViewer(seconds(20)), 0);
+  EXPECT_FALSE(link_->SetProgress(1));
+}
+
 TEST_F(Conformance, TheHostsEndLeavesTheViewerUp) {
   const std::string until = record_.path() + "-until";
   Start({"--until=" + until});

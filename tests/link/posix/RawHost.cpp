@@ -24,7 +24,8 @@ std::uint32_t* WordOf(void* address) {
 
 }  // namespace
 
-RawHost::RawHost(std::size_t areaSize, const std::string& recordPath) {
+RawHost::RawHost(std::size_t areaSize, const std::string& recordPath,
+                 const std::string& untilPath) {
   const std::string id = std::to_string(getpid());
   lock1_ = Make("/QV_Lock1_" + id, 4);
   lock2_ = Make("/QV_Lock2_" + id, 4);
@@ -32,8 +33,8 @@ RawHost::RawHost(std::size_t areaSize, const std::string& recordPath) {
   const auto window = static_cast<std::uint32_t>(3000000000u + static_cast<unsigned>(getpid()));
   EXPECT_TRUE(socket_.Listen(window));
   viewer_ = platform::ChildProcess::Start(
-      QUORVANE_TEST_VIEWER,
-      {"--windowhandle=" + std::to_string(window), "--processid=" + id, "--record=" + recordPath});
+      QUORVANE_TEST_VIEWER, {"--windowhandle=" + std::to_string(window), "--processid=" + id,
+                             "--record=" + recordPath, "--until=" + untilPath});
   EXPECT_TRUE(viewer_);
   EXPECT_TRUE(socket_.Accept());
 }

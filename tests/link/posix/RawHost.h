@@ -15,7 +15,7 @@ namespace qv {
 class RawHost {
  public:
   // Also starts the viewer, and waits until it is connected.
-  RawHost(std::size_t areaSize, const std::string& recordPath);
+  RawHost(std::size_t areaSize, const std::string& recordPath, const std::string& untilPath);
   ~RawHost();
   RawHost(const RawHost&) = delete;
   RawHost& operator=(const RawHost&) = delete;

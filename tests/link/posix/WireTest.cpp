@@ -63,7 +63,7 @@ double ProcessorSecondsOfChildren() {
 
 class Wire : public testing::Test {
  protected:
-  Wire() : host_(8192, record_.path()) {
+  Wire() : host_(8192, record_.path(), Until()) {
     EXPECT_TRUE(host_.Carry(RecordBytes(0).Size(4).bytes()));
     record_.NewLines();
   }
@@ -111,6 +111,9 @@ class Wire : public testing::Test {
     EXPECT_TRUE(host_.Carry(record.bytes()));
     return record_.NewLines();
   }
+
+  // The viewer ends when this file is there.
+  std::string Until() const { return record_.path() + "-until"; }
 
   ViewerRecord record_;
   RawHost host_;
@@ -304,6 +307,19 @@ TEST_F(Wire, TheHostsDeathEndsTheWaitForAnAnswer) {
   EXPECT_THAT(record_.NewLines(), ElementsAre(StartsWith("log Link: the host's answer"),
                                               "GetCamera none", "GetProperty gamma none"));
   EXPECT_TRUE(host_.viewer().Running());
+}
+
+TEST_F(Wire, AHostThatNeverAnswersDoesNotKeepTheViewerFromEnding) {
+  host_.RingOrder("GetCamera");
+  ASSERT_TRUE(host_.socket().Receive());
+  std::ofstream(Until()) << "now";
+  EXPECT_EQ(host_.viewer().Wait(std::chrono::seconds(20)), 0);
+  std::filesystem::remove(Until());
+  EXPECT_THAT(record_.NewLines(), ElementsAre(StartsWith("log Link: the host's answer"),
+                                              "GetCamera none", "stopped", "end"));
+  const auto packet = host_.socket().Receive();
+  ASSERT_TRUE(packet);
+  EXPECT_EQ(packet->bytes, PacketBytes(kPost, 32971, 0, 0));
 }
 
 TEST(WireWithoutHost, TheViewerStaysUpAndDoesNotSpin) {

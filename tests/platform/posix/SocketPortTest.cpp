@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -200,6 +201,45 @@ TEST_F(HostPort, DoesNotWaitForAPeerThatDoesNotRead) {
   });
   EXPECT_FALSE(host_.port().Send(2).record);
   closer.join();
+}
+
+// While it lives this thread, and it alone, belongs to another user.
+class OtherUser {
+ public:
+  OtherUser() { SetUser(65534); }
+  ~OtherUser() { SetUser(0); }
+  OtherUser(const OtherUser&) = delete;
+  OtherUser& operator=(const OtherUser&) = delete;
+
+ private:
+  static void SetUser(long id) { EXPECT_EQ(syscall(SYS_setresuid, -1L, id, -1L), 0); }
+};
+
+TEST_F(HostPort, TurnsOtherUsersAway) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can be two users";
+  viewer_.Close();
+  while (host_.port().connected()) SleepMilliseconds(1);
+  RawPeer stranger;
+  {
+    const OtherUser other;
+    ASSERT_TRUE(stranger.Connect(host_.port().window()));
+  }
+  stranger.Send(PacketBytes(kSend, 9, 0, 1));
+  EXPECT_FALSE(stranger.Receive());
+  Connect();
+  EXPECT_THAT(Seen(), ElementsAre());
+}
+
+TEST(ViewerPort, DoesNotSpeakToAHostOfAnotherUser) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can be two users";
+  RawPeer stranger;
+  {
+    const OtherUser other;
+    ASSERT_TRUE(stranger.Listen(kWindow));
+  }
+  const auto viewer = MessagePort::Connect(kWindow, 0, {}, {});
+  EXPECT_FALSE(viewer->connected());
+  EXPECT_FALSE(viewer->Send(9).record);
 }
 
 TEST(ViewerPort, TheOwnerAnswersSendsWhileItWaits) {
