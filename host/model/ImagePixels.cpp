@@ -6,7 +6,9 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "host/model/MaterialReader.h"
 
@@ -16,7 +18,10 @@ namespace {
 // Sides beyond this are taken for a broken header.
 constexpr unsigned kMaximumSide = 32768;
 
+// Unknown for what is no plain file: to open a pipe would wait for whoever writes to it.
 FREE_IMAGE_FORMAT FormatOfFile(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return FIF_UNKNOWN;
   FREE_IMAGE_FORMAT format = FreeImage_GetFileType(path.c_str(), 0);
   if (format == FIF_UNKNOWN) format = FreeImage_GetFIFFromFilename(path.c_str());
   if (format == FIF_UNKNOWN || FreeImage_FIFSupportsReading(format) == 0) return FIF_UNKNOWN;

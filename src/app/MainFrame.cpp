@@ -82,8 +82,10 @@ void MainFrame::CreateRenderer(int antialiasIndex) {
   receiving_ = true;
   auto renderer = std::make_unique<RaytraceImpl>();
   renderer->SetYield([this] { YieldToWindows(); });
-  renderer->SetCallbacks({.passDone = [this] { PictureStands(); },
-                          .progress = [this](float value) { SetProgress(value); }});
+  renderer->SetCallbacks(
+      {.passDone = [this] { PictureStands(); },
+       .progress = [this](float value) { SetProgress(value); },
+       .statusText = [this](const std::wstring& text) { ShowStatusText(text); }});
   ResizeTargets(*renderer, antialiasIndex);
   renderer_.Put(std::move(renderer));
 }

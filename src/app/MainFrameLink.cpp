@@ -38,7 +38,7 @@ bool MainFrame::ReceiveScene(const std::function<void(RaytraceImpl&)>& work) {
 }
 
 std::int32_t MainFrame::AddMaterial(const MaterialParameters& parameters) {
-  std::int32_t index = 0;
+  std::int32_t index = -1;  // refused, where there is no renderer
   ReceiveScene([&](RaytraceImpl& renderer) { index = renderer.AddMaterial(parameters); });
   return index;
 }

@@ -91,6 +91,8 @@ struct RaytraceImpl::Parts {
   sky::Background background;
   FrameEngine engine;
 
+  std::function<void(const std::wstring&)> statusText;
+
   mutable std::mutex settingsMutex;
   ImageSettings image;
   LightSettings light;
@@ -109,6 +111,7 @@ RaytraceImpl::~RaytraceImpl() {
 }
 
 void RaytraceImpl::SetCallbacks(Callbacks callbacks) {
+  parts_->statusText = std::move(callbacks.statusText);
   parts_->engine.SetCallbacks({std::move(callbacks.passDone), std::move(callbacks.progress)});
 }
 
@@ -196,7 +199,11 @@ bool RaytraceImpl::ResizeTargets(int width, int height, int antialiasIndex) {
   if (antialiasIndex == -1) factor = parts_->engine.AntialiasFactor();
   if (antialiasIndex == 1) factor = 4;
   if (antialiasIndex == 2) factor = 8;
-  return parts_->engine.ResizeTargets(width, height, factor);
+  if (parts_->engine.ResizeTargets(width, height, factor)) return true;
+  Log(LogLevel::kError, "no memory for a picture of " + std::to_string(width) + " by " +
+                            std::to_string(height) + " pixels");
+  if (parts_->statusText) parts_->statusText(L"Not enough memory for a picture of this size.");
+  return false;
 }
 
 void RaytraceImpl::StartRender(const Vec3& position, const Vec3& forward, const Vec3& up,

@@ -69,6 +69,7 @@ class RaytraceImpl {
   struct Callbacks {
     std::function<void()> passDone;
     std::function<void(float)> progress;  // 0 to 1
+    std::function<void(const std::wstring&)> statusText;
   };
 
   struct Options {

@@ -52,7 +52,8 @@ Renderer::Renderer(const SceneBuilder& builder, int width, int height,
                      [this](float value) {
                        const std::lock_guard lock(mutex_);
                        progress_.push_back(value);
-                     }});
+                     },
+                     {}});
   builder.SendTo(impl);
   impl.BuildScene(nullptr);
   EXPECT_TRUE(impl.ResizeTargets(width, height, -1));

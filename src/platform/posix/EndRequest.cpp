@@ -22,7 +22,7 @@ void CatchEndRequests() {
   note.sa_handler = Note;
   note.sa_flags = SA_RESTART;
   sigemptyset(&note.sa_mask);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
     struct sigaction before = {};
     sigaction(signal, nullptr, &before);
     if (before.sa_handler != SIG_IGN) sigaction(signal, &note, nullptr);

@@ -3,8 +3,10 @@
 #include <FreeImage.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <limits>
 #include <memory>
+#include <system_error>
 
 #include "core/Log.h"
 
@@ -16,7 +18,10 @@ struct Unload {
 };
 using Bitmap = std::unique_ptr<FIBITMAP, Unload>;
 
+// Nothing for what is no plain file: to open a pipe would wait for whoever writes to it.
 Bitmap LoadBitmap(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return nullptr;
   FREE_IMAGE_FORMAT format = FreeImage_GetFileType(path.c_str(), 0);
   if (format == FIF_UNKNOWN) format = FreeImage_GetFIFFromFilename(path.c_str());
   if (format == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(format)) return nullptr;
