@@ -108,7 +108,7 @@ std::optional<fs::path> TextureFiles::Changed(const fs::path& source, const Text
 
 std::optional<fs::path> TextureFiles::ShortPath(const fs::path& path) {
   if (path.string().size() < kMaximumPath) return path;
-  const auto alias = temporaryFiles_->NewPath(path.extension().string());
+  auto alias = temporaryFiles_->NewPath(path.extension().string());
   if (!alias || alias->string().size() >= kMaximumPath) return std::nullopt;
   std::error_code error;
   fs::create_symlink(path, *alias, error);

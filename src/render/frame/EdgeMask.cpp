@@ -25,18 +25,17 @@ void EdgeMask::Mark(const ScreenImage& screen) {
   constexpr std::uint32_t kMarked = ~0u;
   std::fill(words_.begin(), words_.end(), 0);
   for (int y = 0; y + 1 < height_; ++y) {
-    const std::uint8_t* row = screen.Row(y);
+    const std::uint8_t* pixel = screen.Row(y);
     const std::uint8_t* above = screen.Row(y + 1);
-    for (int x = 0; x + 1 < width_; ++x) {
-      const std::uint8_t* pixel = row + 3 * x;
+    for (int x = 0; x + 1 < width_; ++x, pixel += 3, above += 3) {
       const auto markPair = [&](const std::uint8_t* other, int ox, int oy) {
         if (!Differ(pixel, other)) return;
         words_[Index(x, y)] = kMarked;
         words_[Index(ox, oy)] = kMarked;
       };
       markPair(pixel + 3, x + 1, y);
-      markPair(above + 3 * x, x, y + 1);
-      markPair(above + 3 * x + 3, x + 1, y + 1);
+      markPair(above, x, y + 1);
+      markPair(above + 3, x + 1, y + 1);
     }
   }
 }

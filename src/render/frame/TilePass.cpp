@@ -100,10 +100,8 @@ void TilePass::CopyTile(const TilePosition& tile, const RayPacket& packet) const
   for (int y = 0; y < rows; ++y) {
     float* to = target.Row(y0 + y) + static_cast<std::size_t>(x0) * 3;
     const int lane = y * kTileSide;
-    for (int x = 0; x < columns; ++x) {
-      to[3 * x] = packet.color[0][lane + x];
-      to[3 * x + 1] = packet.color[1][lane + x];
-      to[3 * x + 2] = packet.color[2][lane + x];
+    for (int x = 0; x < columns; ++x, to += 3) {
+      for (int c = 0; c < 3; ++c) to[c] = packet.color[c][lane + x];
     }
   }
 }

@@ -10,7 +10,7 @@ namespace {
 
 // Red, green, blue bytes to blue, green, red.
 void SwapRedAndBlue(std::uint8_t* row, int width) {
-  for (int x = 0; x < width; ++x) std::swap(row[3 * x], row[3 * x + 2]);
+  for (int x = 0; x < width; ++x, row += 3) std::swap(row[0], row[2]);
 }
 
 void ComposeAdjustedRow(const float* from, int width, const Adjustment& adjustment,
@@ -25,9 +25,10 @@ void ComposeMean(const RenderTarget& samples, int factor, int x, int y,
                  const Adjustment& adjustment, std::uint8_t* to) {
   float sum[3] = {0, 0, 0};
   for (int j = 0; j < factor; ++j) {
-    const float* row = samples.Row(factor * y + j) + 3 * static_cast<std::size_t>(factor) * x;
-    for (int i = 0; i < factor; ++i) {
-      for (int c = 0; c < 3; ++c) sum[c] += adjustment.Adjust(row[3 * i + c]);
+    const float* row = samples.Row(factor * y + j) +
+                       static_cast<std::size_t>(factor) * static_cast<std::size_t>(x) * 3;
+    for (int i = 0; i < factor; ++i, row += 3) {
+      for (int c = 0; c < 3; ++c) sum[c] += adjustment.Adjust(row[c]);
     }
   }
   const float share = 1.0f / static_cast<float>(factor * factor);
@@ -64,8 +65,8 @@ void ComposeAntialiased(const RenderTarget& base, const RenderTarget& samples, i
       std::uint8_t* to = screen.Row(y);
       ComposeAdjustedRow(base.Row(y), base.width(), adjustment, to);
       const std::uint32_t* marks = mask.Row(y);
-      for (int x = 0; x < base.width(); ++x) {
-        if (marks[x] != 0) ComposeMean(samples, factor, x, y, adjustment, to + 3 * x);
+      for (int x = 0; x < base.width(); ++x, to += 3) {
+        if (marks[x] != 0) ComposeMean(samples, factor, x, y, adjustment, to);
       }
     }
   });
