@@ -1,5 +1,6 @@
 #include <condition_variable>
 #include <future>
+#include <memory>
 
 #include "e2e/support/Looks.h"
 #include "e2e/support/Processes.h"
@@ -82,19 +83,20 @@ TEST_F(Close, EndsTheViewerWhileItBuildsTheScene) {
 
 TEST_F(Close, EndsTheViewerWhileTheHostIsSlowToAnswer) {
   ASSERT_NO_FATAL_FAILURE(StartViewer());
-  Gate answers;
-  std::atomic<bool> asked{false};
-  host_->beforeProperty = [&](const std::string&) {
-    asked = true;
-    answers.Pass();
+  // Shared with the link's message thread, which may leave the gate after this test has ended.
+  const auto answers = std::make_shared<Gate>();
+  const auto asked = std::make_shared<std::atomic<bool>>(false);
+  host_->beforeProperty = [answers, asked](const std::string&) {
+    *asked = true;
+    answers->Pass();
   };
   auto completion = std::async(std::launch::async, [&] { return SendQuarters(host_->link()); });
-  ASSERT_TRUE(Eventually([&] { return asked.load(); }));
+  ASSERT_TRUE(Eventually([&] { return asked->load(); }));
   window_->Close();
   // The window goes at once, the process as soon as it stops to wait for the answer.
   EXPECT_TRUE(Eventually([] { return !ViewerWindow::Exists(); }, std::chrono::seconds(3)));
   EXPECT_EQ(host_->link().WaitForViewer(kSoon), 0);
-  answers.Open();
+  answers->Open();
   EXPECT_EQ(completion.wait_for(kSoon), std::future_status::ready);
 }
 
