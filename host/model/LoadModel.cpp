@@ -13,11 +13,11 @@
 #include "host/model/Cameras.h"
 #include "host/model/FileCheck.h"
 #include "host/model/Lights.h"
-#include "host/model/MeshPlacer.h"
 #include "host/model/MeshReader.h"
 #include "host/model/ModelFormat.h"
 #include "host/model/Placement.h"
 #include "host/model/SceneMaterials.h"
+#include "host/model/SceneMeshes.h"
 #include "host/model/TextureFiles.h"
 
 namespace qv::host {
@@ -58,36 +58,6 @@ Eigen::AlignedBox3d Turned(const Eigen::AlignedBox3d& box, const Eigen::Matrix3d
   turned.extend(turn * box.min());
   turned.extend(turn * box.max());
   return turned;
-}
-
-void AddMeshes(const aiScene& source, const std::vector<PlacedNode>& nodes,
-               const Eigen::Affine3d& worldFromScene, SceneMaterials& materials, Scene& scene,
-               LeftOut& leftOut) {
-  struct Prepared {
-    LocalMesh mesh;
-    std::vector<std::uint32_t> materials;
-  };
-  std::vector<std::optional<Prepared>> prepared(source.mNumMeshes);
-  for (const PlacedNode& placed : nodes) {
-    for (const unsigned index : std::span(placed.node->mMeshes, placed.node->mNumMeshes)) {
-      if (index >= source.mNumMeshes) continue;
-      const aiMesh& mesh = *source.mMeshes[index];
-      auto& local = prepared[index];
-      if (!local) {
-        local.emplace();
-        local->mesh = ReadMesh(mesh, materials.CoordinatesFor(mesh), leftOut);
-        local->materials = materials.IndicesFor(mesh, local->mesh);
-      }
-      SceneMesh world =
-          PlaceMesh(local->mesh, local->materials, worldFromScene * placed.sceneFromNode, leftOut);
-      if (world.triangles.empty()) continue;
-      world.name = mesh.mName.length > 0 ? mesh.mName.C_Str() : placed.node->mName.C_Str();
-      for (const MeshVertex& vertex : world.vertices) {
-        scene.bounds.extend(Vec3(vertex.position[0], vertex.position[1], vertex.position[2]));
-      }
-      scene.meshes.push_back(std::move(world));
-    }
-  }
 }
 
 std::vector<std::string> Sentences(const LeftOut& leftOut) {
@@ -133,7 +103,9 @@ LoadResult Converted(const aiScene& source, const ModelFormat& format, const fs:
 
   TextureFiles textures(source, scene->directory, scene->temporaryFiles, scene->warnings);
   SceneMaterials materials(source, format, textures);
-  AddMeshes(source, nodes, worldFromScene, materials, *scene, leftOut);
+  SceneMeshes meshes(source, format, materials);
+  for (const PlacedNode& node : nodes) meshes.AddTo(*scene, node, worldFromScene);
+  leftOut += meshes.leftOut();
   if (scene->meshes.empty()) return {nullptr, NothingToShow(leftOut)};
   scene->materials = materials.Take(scene->warnings);
   const PlaceOfName places = PlacesByName(nodes);

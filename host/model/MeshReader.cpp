@@ -123,7 +123,8 @@ Vec3 FileNormal(const aiMesh& mesh, std::uint32_t vertex) {
 }
 
 std::vector<Vec3> NormalsOf(const aiMesh& mesh, std::span<const Vec3> positions,
-                            std::span<const std::uint32_t> corners) {
+                            std::span<const std::uint32_t> corners, const MeshWishes& wishes) {
+  if (!wishes.fileNormals) return CreaseNormals(positions, corners);
   std::vector<Vec3> normals(corners.size());
   bool complete = true;
   for (std::size_t i = 0; i < corners.size(); ++i) {
@@ -138,10 +139,10 @@ std::vector<Vec3> NormalsOf(const aiMesh& mesh, std::span<const Vec3> positions,
   return normals;
 }
 
-Vec2 UvOf(const aiMesh& mesh, const TextureCoordinates& coordinates, std::uint32_t vertex) {
-  if (!mesh.HasTextureCoords(coordinates.channel)) return Vec2::Zero();
-  const aiVector3D& stored = mesh.mTextureCoords[coordinates.channel][vertex];
-  const Vec2 uv = coordinates.placement * Vec2(stored.x, stored.y);
+Vec2 UvOf(const aiMesh& mesh, const MeshWishes& wishes, std::uint32_t vertex) {
+  if (!mesh.HasTextureCoords(wishes.uvChannel)) return Vec2::Zero();
+  const aiVector3D& stored = mesh.mTextureCoords[wishes.uvChannel][vertex];
+  const Vec2 uv = wishes.uvPlacement * Vec2(stored.x, stored.y);
   return uv.allFinite() ? uv : Vec2::Zero();
 }
 
@@ -192,10 +193,10 @@ LeftOut RemoveBrokenFaces(aiMesh& mesh) {
   return leftOut;
 }
 
-LocalMesh ReadMesh(const aiMesh& mesh, const TextureCoordinates& coordinates, LeftOut& leftOut) {
+LocalMesh ReadMesh(const aiMesh& mesh, const MeshWishes& wishes, LeftOut& leftOut) {
   const std::vector<Vec3> positions = PositionsOf(mesh);
   const std::vector<std::uint32_t> corners = CornersWithArea(mesh, positions, leftOut);
-  const std::vector<Vec3> normals = NormalsOf(mesh, positions, corners);
+  const std::vector<Vec3> normals = NormalsOf(mesh, positions, corners, wishes);
 
   LocalMesh local;
   local.triangles.reserve(corners.size() / 3);
@@ -205,8 +206,8 @@ LocalMesh ReadMesh(const aiMesh& mesh, const TextureCoordinates& coordinates, Le
     LocalTriangle triangle{{}, kWhite};
     for (std::size_t corner = 0; corner < 3; ++corner) {
       const std::uint32_t vertex = corners[i + corner];
-      triangle.vertex[corner] = joiner.NumberOf(
-          {positions[vertex], normals[i + corner], UvOf(mesh, coordinates, vertex)});
+      triangle.vertex[corner] =
+          joiner.NumberOf({positions[vertex], normals[i + corner], UvOf(mesh, wishes, vertex)});
     }
     if (mesh.HasVertexColors(0)) {
       triangle.color = ColorOf(mesh, std::span(corners).subspan(i).first<3>());

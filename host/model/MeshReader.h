@@ -47,14 +47,15 @@ Vec3 ColorOfTriangle(std::uint16_t color);
 // library touches them. To be called before any post-processing.
 LeftOut RemoveBrokenFaces(aiMesh& mesh);
 
-// Which texture coordinates of a mesh are wanted, and where they go.
-struct TextureCoordinates {
-  unsigned channel = 0;
-  Eigen::Affine2f placement = Eigen::Affine2f::Identity();
+// What is wanted of a mesh.
+struct MeshWishes {
+  unsigned uvChannel = 0;
+  Eigen::Affine2f uvPlacement = Eigen::Affine2f::Identity();
+  bool fileNormals = true;
 };
 
 // The faces of a mesh as triangles; points and lines are passed over. Normals are the file's where
-// they are finite and have a length, and made with the crease angle elsewhere.
-LocalMesh ReadMesh(const aiMesh& mesh, const TextureCoordinates& coordinates, LeftOut& leftOut);
+// they are wanted, finite, and have a length, and made with the crease angle elsewhere.
+LocalMesh ReadMesh(const aiMesh& mesh, const MeshWishes& wishes, LeftOut& leftOut);
 
 }  // namespace qv::host

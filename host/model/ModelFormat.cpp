@@ -67,6 +67,7 @@ ModelFormat FromRow(const FormatRow& row) {
   format.metresPerFileUnit = row.metres;
   format.habit = row.habit;
   format.wholeSpotAngles = row.wholeSpotAngles;
+  format.losesHardEdges = row.extension == "blend";
   format.linearColors = row.family == Family::kGltf;
   return format;
 }

@@ -32,6 +32,9 @@ struct ModelFormat {
 
   // Whether the angles of a spot light are from edge to edge, not from the axis.
   bool wholeSpotAngles = false;
+  // Whether normals of the file are to be passed over: those of Blender's own files are smoothed
+  // over all edges, whatever the faces' flags say, which the import library drops.
+  bool losesHardEdges = false;
   // Whether colour factors are linear light. Textures are not in any format.
   bool linearColors = false;
 };

@@ -16,6 +16,10 @@ bool HasUv(const aiMesh& mesh, unsigned channel) {
   return channel < AI_MAX_NUMBER_OF_TEXTURECOORDS && mesh.HasTextureCoords(channel);
 }
 
+unsigned ChannelFor(const aiMesh& mesh, const TextureUse& texture) {
+  return HasUv(mesh, texture.uvChannel) ? texture.uvChannel : 0;
+}
+
 }  // namespace
 
 SceneMaterials::SceneMaterials(const aiScene& scene, const ModelFormat& format,
@@ -31,10 +35,11 @@ const ReadMaterial& SceneMaterials::Read(const aiMesh& mesh) const {
   return read_[std::min<std::size_t>(mesh.mMaterialIndex, read_.size() - 1)];
 }
 
-TextureCoordinates SceneMaterials::CoordinatesFor(const aiMesh& mesh) const {
+void SceneMaterials::WishCoordinates(const aiMesh& mesh, MeshWishes& wishes) const {
   const std::optional<TextureUse>& texture = Read(mesh).texture;
-  if (!texture) return {};
-  return {HasUv(mesh, texture->uvChannel) ? texture->uvChannel : 0, texture->placement};
+  if (!texture) return;
+  wishes.uvChannel = ChannelFor(mesh, *texture);
+  wishes.uvPlacement = texture->placement;
 }
 
 // Vertex colours take the place of the material's, but multiply it in glTF.
@@ -53,7 +58,7 @@ MaterialParameters SceneMaterials::Colored(const MaterialParameters& plain,
 std::vector<std::uint32_t> SceneMaterials::IndicesFor(const aiMesh& mesh, const LocalMesh& local) {
   const ReadMaterial& read = Read(mesh);
   MaterialParameters parameters = read.parameters;
-  if (read.texture && HasUv(mesh, CoordinatesFor(mesh).channel)) {
+  if (read.texture && HasUv(mesh, ChannelFor(mesh, *read.texture))) {
     if (const auto file = textures_.FileFor(*read.texture)) {
       parameters.hasTexture = true;
       parameters.texturePath = *file;

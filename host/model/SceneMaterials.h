@@ -19,8 +19,9 @@ class SceneMaterials {
  public:
   SceneMaterials(const aiScene& scene, const ModelFormat& format, TextureFiles& textures);
 
-  // The texture coordinates that a mesh's material asks for; the first where it has no such.
-  TextureCoordinates CoordinatesFor(const aiMesh& mesh) const;
+  // Takes over which texture coordinates a mesh's material asks for; the first where it has no
+  // such.
+  void WishCoordinates(const aiMesh& mesh, MeshWishes& wishes) const;
 
   // The material numbers of a mesh's triangles. Where the file colours vertices and the material
   // has no texture, triangles get materials of their mean colours. A material with a texture but

@@ -43,6 +43,16 @@ TEST_F(Meshes, NormalsOfTheFileAreKeptAndBadOnesReplaced) {
   EXPECT_TRUE(NormalOf(scene.meshes[0].vertices[2]).isApprox(Vec3(0, 0, 1), 1e-4f));
 }
 
+// The program smooths the normals that it stores over all edges.
+TEST_F(Meshes, CubeOfABlenderFileHasHardEdgesToo) {
+  const Scene cube = Load(Sample("BLEND/BlenderDefault_250.blend"));
+  ASSERT_EQ(cube.meshes.size(), 1u);
+  EXPECT_EQ(cube.meshes[0].vertices.size(), 24u);
+  for (const MeshVertex& vertex : cube.meshes[0].vertices) {
+    EXPECT_NEAR(NormalOf(vertex).cwiseAbs().maxCoeff(), 1, 1e-4f);
+  }
+}
+
 TEST_F(Meshes, ConcavePolygonIsCutWithinItsOutline) {
   // An L of area 3.
   const Scene scene = Load(Write("l.obj",
