@@ -2,7 +2,7 @@
 option(QUORVANE_HOST "Build the host program" ON)
 option(QUORVANE_TESTS "Build the tests" ON)
 option(QUORVANE_BENCH "Build the benchmarks" ON)
-option(QUORVANE_LINK_ONLY "Build only the rooms that the link needs (for a cross build without the libraries)" OFF)
+option(QUORVANE_LINK_ONLY "Build only the rooms that the link needs (without the libraries of the others)" OFF)
 set(QUORVANE_SANITIZE "" CACHE STRING "Sanitizers, as for -fsanitize: empty, address,undefined or thread")
 
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)

@@ -27,7 +27,10 @@ TEST_F(Start, EndsAtOnceWithoutAHostOnTheCommandLine) {
         std::vector<std::string>{"--nonsense", "one", "two"}}) {
     ChildProcess viewer = Run(arguments);
     ASSERT_TRUE(viewer);
-    while (viewer.Running()) ASSERT_FALSE(ViewerWindow::Exists());
+    while (viewer.Running()) {
+      ASSERT_FALSE(ViewerWindow::Exists());
+      ViewerWindow::DismissMessages(viewer.id());
+    }
     EXPECT_TRUE(viewer.Wait(kSoon));
   }
   EXPECT_TRUE(log_.Lines("warning:").empty() && log_.Lines("error:").empty()) << log_.Text();

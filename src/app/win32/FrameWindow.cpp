@@ -8,9 +8,10 @@
 namespace qv {
 
 FrameWindow::FrameWindow(wxWindow* parent) : _MainFrame(parent) {
+  // The children get their new places only after this event.
   Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
     event.Skip();
-    OnFrameSize();
+    CallAfter([this] { OnFrameSize(); });
   });
 }
 

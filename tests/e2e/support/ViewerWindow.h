@@ -31,6 +31,8 @@ class ViewerWindow {
   static std::unique_ptr<ViewerWindow> Find(std::chrono::milliseconds timeout);
   // Whether a window of the viewer is on the screen now.
   static bool Exists();
+  // Closes the message boxes of a process. There are none where messages go to standard error.
+  static void DismissMessages(std::uint32_t process);
   ~ViewerWindow();
 
   Screenshot Shoot() const;

@@ -90,6 +90,8 @@ bool ViewerWindow::Exists() {
   return Find(std::chrono::milliseconds(0)) != nullptr;
 }
 
+void ViewerWindow::DismissMessages(std::uint32_t) {}
+
 Screenshot ViewerWindow::Shoot() const {
   XWindowAttributes attributes;
   if (!XGetWindowAttributes(native_->display, native_->window, &attributes)) return {};

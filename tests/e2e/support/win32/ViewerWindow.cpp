@@ -20,6 +20,17 @@ BOOL CALLBACK Look(HWND window, LPARAM context) {
   return matches ? FALSE : TRUE;
 }
 
+BOOL CALLBACK CloseMessage(HWND window, LPARAM process) {
+  wchar_t name[16];
+  DWORD owner = 0;
+  GetWindowThreadProcessId(window, &owner);
+  if (owner == static_cast<DWORD>(process) && IsWindowVisible(window) &&
+      GetClassNameW(window, name, 16) > 0 && std::wstring_view(name) == L"#32770") {
+    PostMessageW(window, WM_CLOSE, 0, 0);
+  }
+  return TRUE;
+}
+
 // What is inside the frame's border, on the screen.
 RECT Inside(HWND window) {
   RECT inside{};
@@ -88,6 +99,10 @@ bool ViewerWindow::Exists() {
   return Find(std::chrono::milliseconds(0)) != nullptr;
 }
 
+void ViewerWindow::DismissMessages(std::uint32_t process) {
+  EnumWindows(CloseMessage, static_cast<LPARAM>(process));
+}
+
 Screenshot ViewerWindow::Shoot() const {
   const RECT inside = Inside(native_->window);
   Screenshot shot{inside.right - inside.left, inside.bottom - inside.top, {}};
@@ -124,6 +139,10 @@ void ViewerWindow::Click(int x, int y) {
   Press(MOUSEEVENTF_LEFTDOWN);
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
   Press(MOUSEEVENTF_LEFTUP);
+  // A tool under the pointer looks different.
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  SetCursorPos(inside.left + (inside.right - inside.left) / 2,
+               inside.top + (inside.bottom - inside.top) / 2);
 }
 
 }  // namespace qv::e2e
