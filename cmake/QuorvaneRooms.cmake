@@ -10,10 +10,8 @@ endfunction()
 
 # quorvane_test(NAME SOURCES ... USES target ... [LABELS label ...] [TIMEOUT seconds])
 #
-# One GoogleTest program, run by ctest as one test a case (as one altogether in a cross build). Labels that mean something
-# here:
-#   threads  is run with the thread sanitizer too; the target quorvane_thread_tests builds all of these
-#   display  opens windows: needs DISPLAY with a window manager, and has the keyboard for itself
+# One GoogleTest program, run by ctest as one test a case (as one altogether in a cross build). Those with the label
+# threads are run with the thread sanitizer too; the target quorvane_thread_tests builds all of these.
 function(quorvane_test name)
   cmake_parse_arguments(TEST "" "TIMEOUT" "SOURCES;USES;LABELS" ${ARGN})
   if(NOT TEST_TIMEOUT)
@@ -21,10 +19,6 @@ function(quorvane_test name)
   endif()
   if(QUORVANE_SANITIZE)
     math(EXPR TEST_TIMEOUT "${TEST_TIMEOUT} * 3")
-  endif()
-  set(locks "")
-  if("display" IN_LIST TEST_LABELS)
-    set(locks RESOURCE_LOCK display)
   endif()
 
   add_executable(${name} ${TEST_SOURCES})
@@ -40,13 +34,13 @@ function(quorvane_test name)
   if(CMAKE_CROSSCOMPILING)
     # Run by an emulator, where each start takes long: the whole program is one test.
     add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES TIMEOUT 900 LABELS "${TEST_LABELS}" ${locks})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 900 LABELS "${TEST_LABELS}")
     return()
   endif()
 
   include(GoogleTest)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 TEST_LIST ${name}_cases
-    PROPERTIES TIMEOUT ${TEST_TIMEOUT} ${locks})
+    PROPERTIES TIMEOUT ${TEST_TIMEOUT})
   if(TEST_LABELS)
     # gtest_discover_tests does not bring a list through, so the labels are set where ctest reads the cases.
     set(labels_file ${CMAKE_CURRENT_BINARY_DIR}/${name}_labels.cmake)

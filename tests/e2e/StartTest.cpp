@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include <filesystem>
 
 #include "e2e/support/Looks.h"
@@ -31,7 +33,8 @@ TEST_F(Start, EndsAtOnceWithoutAHostOnTheCommandLine) {
       ASSERT_FALSE(ViewerWindow::Exists());
       ViewerWindow::DismissMessages(viewer.id());
     }
-    EXPECT_TRUE(viewer.Wait(kSoon));
+    // What the library's entry point says when there is nothing to run; a byte of it on Linux.
+    EXPECT_THAT(viewer.Wait(kSoon), ::testing::AnyOf(-1, 255));
   }
   EXPECT_TRUE(log_.Lines("warning:").empty() && log_.Lines("error:").empty()) << log_.Text();
 }
