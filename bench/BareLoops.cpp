@@ -55,6 +55,21 @@ double Timed(int threads, const Work& work) {
 
 }  // namespace
 
+BareScene::BareScene(const BenchScene& scene) : device_(rtcNewDevice("")), scene_(device_) {
+  for (const MaterialParameters& material : scene.materials) scene_.AddMaterial(material);
+  for (const BenchMesh& mesh : scene.meshes) {
+    scene_.BeginStaticMesh();
+    scene_.AddMeshData(mesh.vertices, mesh.triangles);
+    scene_.EndMesh();
+  }
+  scene_.Build(nullptr);
+}
+
+BareScene::~BareScene() {
+  scene_.Clear();
+  rtcReleaseDevice(device_);
+}
+
 BareRun BareIntersect(const RenderScene& scene, const RenderCamera& camera, int width, int height,
                       int threads) {
   const PixelRays rays = ComputePixelRays(camera, width, height);

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <vector>
 
+#include "Scenes.h"
 #include "core/RenderCamera.h"
 #include "render/geometry/RenderScene.h"
 #include "render/trace/TraceKernels.h"
@@ -15,6 +16,23 @@ namespace qv::bench {
 struct BareRun {
   double seconds = 0;
   std::size_t rays = 0;
+};
+
+// A scene built for the ray library alone.
+class BareScene {
+ public:
+  explicit BareScene(const BenchScene& scene);
+  ~BareScene();
+  BareScene(const BareScene&) = delete;
+  BareScene& operator=(const BareScene&) = delete;
+
+  RenderScene& scene() { return scene_; }
+  const RenderScene& scene() const { return scene_; }
+  RTCDevice device() const { return device_; }
+
+ private:
+  RTCDevice device_;
+  RenderScene scene_;
 };
 
 // The primary rays of a picture, and nothing but rtcIntersect8 on them: packets of 4 by 2 pixels,

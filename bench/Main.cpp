@@ -11,6 +11,7 @@
 #include "RenderBench.h"
 #include "Report.h"
 #include "ViewerBench.h"
+#include "WalkBench.h"
 #include "render/trace/VectorOps.h"
 
 namespace {
@@ -78,6 +79,21 @@ bool MeasureInViewer(const BenchScene& scene, const std::string& viewer, Figures
   return true;
 }
 
+bool MeasureWalking(const BenchScene& scene, const std::string& viewer, const Options& options,
+                    Figures& figures) {
+  const auto f = MeasureWalk(scene, viewer, options.width, options.height);
+  if (!f) {
+    std::fprintf(stderr, "quorvane-bench: no walk through %s\n", scene.name.c_str());
+    return false;
+  }
+  std::printf(
+      "walk     %4dx%d: a step is on the screen after %.4f s, %.2f (99%%: %.2f) of bare rays\n",
+      f->width, f->height, f->medianSeconds, f->medianRatio, f->p99Ratio);
+  figures.emplace_back("walk.latency.median_ratio", f->medianRatio);
+  figures.emplace_back("walk.latency.p99_ratio", f->p99Ratio);
+  return true;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -94,7 +110,8 @@ int main(int argc, char** argv) {
   const BenchScene million = MillionTriangles();
   MeasureScene(million, *options, figures);
   const auto viewer = std::filesystem::absolute(argv[0]).parent_path() / "quorvane";
-  const bool shown = MeasureInViewer(million, viewer.string(), figures);
+  const bool shown = MeasureInViewer(million, viewer.string(), figures) &&
+                     MeasureWalking(*house, viewer.string(), *options, figures);
   if (!options->json.empty() && !WriteJson(figures, options->json)) {
     std::fprintf(stderr, "quorvane-bench: cannot write %s\n", options->json.c_str());
     return 1;

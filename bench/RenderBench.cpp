@@ -26,27 +26,16 @@ class Bench {
  public:
   Bench(const BenchScene& scene, int width, int height)
       : threads_(std::min(omp_get_num_procs(), 32)),
-        device_(rtcNewDevice("")),
-        scene_(device_),
-        engine_(device_, scene_, background_, threads_, 8) {
+        built_(scene),
+        scene_(built_.scene()),
+        engine_(built_.device(), scene_, background_, threads_, 8) {
     engine_.SetCallbacks({[this] { PassDone(); }, {}});
     engine_.ResizeTargets(width, height, 2);
-    for (const MaterialParameters& material : scene.materials) scene_.AddMaterial(material);
-    for (const BenchMesh& mesh : scene.meshes) {
-      scene_.BeginStaticMesh();
-      scene_.AddMeshData(mesh.vertices, mesh.triangles);
-      scene_.EndMesh();
-    }
-    scene_.Build(nullptr);
     SetAmbientOcclusion(false);
     camera_ = scene.camera;
     RunPreview();
   }
-  ~Bench() {
-    engine_.StopRender();
-    scene_.Clear();
-    rtcReleaseDevice(device_);
-  }
+  ~Bench() { engine_.StopRender(); }
   Bench(const Bench&) = delete;
   Bench& operator=(const Bench&) = delete;
 
@@ -107,8 +96,8 @@ class Bench {
   }
 
   int threads_;
-  RTCDevice device_;
-  RenderScene scene_;
+  BareScene built_;
+  RenderScene& scene_;
   sky::Background background_;
   FrameEngine engine_;
   RenderCamera camera_;

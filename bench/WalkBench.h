@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "Scenes.h"
+
+namespace qv::bench {
+
+// How soon the real viewer shows what a moving camera sees: seconds from the camera's command to
+// the painted picture, as ratios to the seconds of bare rtcIntersect8 on the same primary rays.
+struct WalkFigures {
+  int width = 0, height = 0;  // of the pictures
+  double medianRatio = 0;
+  double p99Ratio = 0;
+  double medianSeconds = 0;
+};
+
+// Starts the viewer program at `path` on the display of the environment, gives its picture about
+// the wanted size and leads the camera through the scene in 200 steps, each taken as soon as the
+// picture before it is on the screen. Nothing if the viewer does not come up.
+std::optional<WalkFigures> MeasureWalk(const BenchScene& scene, const std::string& path, int width,
+                                       int height);
+
+}  // namespace qv::bench
