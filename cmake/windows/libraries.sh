@@ -79,7 +79,7 @@ unpack_source() {
   done
   # All the same the original sources may have arrived, without Debian's patches.
   local archive
-  archive=$(find "$folder" -maxdepth 1 -name '*.orig.tar.*' ! -name '*.asc' | head -n 1)
+  archive=$(find "$folder" -maxdepth 1 -name '*.orig.tar.*' ! -name '*.asc' ! -name '*.FAILED' | head -n 1)
   [[ -n $archive ]] || { cat "$folder/log" >&2 && fail "could not fetch the source package $package"; }
   say "    Debian's patches for $package cannot be had at the moment; building without them"
   tar -C "$folder" --one-top-level=source --strip-components=1 -xf "$archive"

@@ -26,13 +26,6 @@ class TestFolder : public ::testing::Test {
     return path;
   }
 
-  // A program in the shell's language, in place of the viewer.
-  std::filesystem::path WriteScript(const std::string& name, const std::string& lines) {
-    const std::filesystem::path path = Write(name, "#!/bin/sh\n" + lines + "\n");
-    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-    return path;
-  }
-
   // A model that is read at once.
   std::filesystem::path WriteModel() {
     return Write("model.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");

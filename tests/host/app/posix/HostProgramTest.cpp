@@ -2,7 +2,7 @@
 
 #include "host/app/HostProgram.h"
 #include "platform/Ids.h"
-#include "tests/host/app/TestFolder.h"
+#include "tests/host/app/posix/ScriptFolder.h"
 
 namespace qv::host {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-class Programs : public TestFolder {
+class Programs : public ScriptFolder {
  protected:
   int Run(
       const fs::path& model, const fs::path& viewer,

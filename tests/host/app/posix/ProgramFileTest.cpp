@@ -6,14 +6,14 @@
 #include <thread>
 
 #include "platform/ChildProcess.h"
-#include "tests/host/app/TestFolder.h"
+#include "tests/host/app/posix/ScriptFolder.h"
 
 namespace qv::host {
 namespace {
 
 namespace fs = std::filesystem;
 
-class ProgramFile : public TestFolder {
+class ProgramFile : public ScriptFolder {
  protected:
   // The exit code; what was written is in the two files.
   int Run(const std::string& arguments) {
