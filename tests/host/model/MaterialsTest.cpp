@@ -162,8 +162,9 @@ TEST_F(Materials, PathTooLongForTheLinkGetsAShortOne) {
   const Scene scene = Load(path);
   const std::string& texture = scene.materials.at(0).texturePath;
   EXPECT_LT(texture.size(), 260u);
-  std::error_code error;
-  EXPECT_TRUE(std::filesystem::equivalent(texture, folder() / deep / "wood.png", error));
+  // A link to the file, or a copy where no links can be made.
+  EXPECT_EQ(std::filesystem::file_size(texture),
+            std::filesystem::file_size(folder() / deep / "wood.png"));
 }
 
 TEST(MaterialTable, KeepsEachMaterialOnceAndReplacesWhatIsTooMuch) {

@@ -45,6 +45,7 @@ TEST_F(Meshes, NormalsOfTheFileAreKeptAndBadOnesReplaced) {
 
 // The program smooths the normals that it stores over all edges.
 TEST_F(Meshes, CubeOfABlenderFileHasHardEdgesToo) {
+  if (!Reads(".blend")) GTEST_SKIP();
   const Scene cube = Load(Sample("BLEND/BlenderDefault_250.blend"));
   ASSERT_EQ(cube.meshes.size(), 1u);
   EXPECT_EQ(cube.meshes[0].vertices.size(), 24u);

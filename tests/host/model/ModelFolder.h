@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <assimp/Importer.hpp>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -41,6 +42,17 @@ class ModelFolder : public ::testing::Test {
 
 inline std::filesystem::path Sample(const std::string& name) {
   return std::filesystem::path(QUORVANE_SAMPLE_MODELS) / name;
+}
+
+// Whether two paths name one file, however they are written.
+inline bool SameFile(const std::filesystem::path& a, const std::filesystem::path& b) {
+  std::error_code error;
+  return std::filesystem::equivalent(a, b, error);
+}
+
+// The build for Windows leaves out importers of formats that are seldom met there.
+inline bool Reads(const std::string& extension) {
+  return Assimp::Importer().IsExtensionSupported(extension);
 }
 
 inline Vec3 PositionOf(const MeshVertex& vertex) {

@@ -41,8 +41,8 @@ TEST_F(SampleModels, BoxSharesItsVerticesWithinEachFaceOnly) {
   EXPECT_EQ(box.meshes[0].triangles.size(), 12u);
   EXPECT_TRUE(box.bounds.sizes().isApprox(Vec3::Constant(kInchesPerMetre), 1e-4f));
   ASSERT_EQ(box.materials.size(), 1u);
-  EXPECT_EQ(box.materials[0].texturePath,
-            Sample("glTF2/BoxTextured-glTF/CesiumLogoFlat.png").string());
+  EXPECT_TRUE(
+      SameFile(box.materials[0].texturePath, Sample("glTF2/BoxTextured-glTF/CesiumLogoFlat.png")));
   for (const MeshVertex& vertex : box.meshes[0].vertices) {
     EXPECT_EQ(vertex.frontUv[0], vertex.backUv[0]);
     EXPECT_EQ(vertex.frontUv[1], vertex.backUv[1]);
@@ -70,7 +70,7 @@ TEST_F(SampleModels, DuckIsInCentimetresAndHasItsTexture) {
   EXPECT_NEAR(duck.bounds.max().z(), 163.97f / 2.54f, 0.01f);
   EXPECT_EQ(duck.TriangleCount(), 4212u);
   ASSERT_EQ(duck.materials.size(), 1u);
-  EXPECT_EQ(duck.materials[0].texturePath, Sample("Collada/duckCM.tga").string());
+  EXPECT_TRUE(SameFile(duck.materials[0].texturePath, Sample("Collada/duckCM.tga")));
   // The file's mirror is black, its highlight too.
   EXPECT_EQ(duck.materials[0].reflectance, 0);
   EXPECT_EQ(duck.materials[0].specularExponent, 0);
@@ -79,10 +79,11 @@ TEST_F(SampleModels, DuckIsInCentimetresAndHasItsTexture) {
 TEST_F(SampleModels, TextureOfOtherCaseIsFoundBesideTheModel) {
   const Scene cube = Load(Sample("3DS/cube_with_diffuse_texture.3DS"));
   ASSERT_EQ(cube.materials.size(), 1u);
-  EXPECT_EQ(cube.materials[0].texturePath, Sample("3DS/test.png").string());
+  EXPECT_TRUE(SameFile(cube.materials[0].texturePath, Sample("3DS/test.png")));
 }
 
 TEST_F(SampleModels, CameraOfABlenderFileStandsWhereThatProgramPutsIt) {
+  if (!Reads(".blend")) GTEST_SKIP();
   // The start-up scene of the program: a cube of 2 m, the camera at (7.48, -6.51, 5.34) m.
   const Scene scene = Load(Sample("BLEND/BlenderDefault_250.blend"));
   ASSERT_EQ(scene.cameras.size(), 1u);

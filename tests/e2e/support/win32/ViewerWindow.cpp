@@ -67,6 +67,12 @@ std::vector<std::uint32_t> ScreenPixels(const RECT& part, int width, int height)
   return pixels;
 }
 
+// A tool under the pointer looks different.
+void TakePointerAway(HWND window) {
+  const RECT inside = Inside(window);
+  SetCursorPos((inside.left + inside.right) / 2, (inside.top + inside.bottom) / 2);
+}
+
 void Press(DWORD what) {
   INPUT input{};
   input.type = INPUT_MOUSE;
@@ -89,14 +95,19 @@ std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeo
   const auto end = std::chrono::steady_clock::now() + timeout;
   while (true) {
     EnumWindows(Look, reinterpret_cast<LPARAM>(&native->window));
-    if (native->window) return std::unique_ptr<ViewerWindow>(new ViewerWindow(std::move(native)));
+    if (native->window) {
+      TakePointerAway(native->window);
+      return std::unique_ptr<ViewerWindow>(new ViewerWindow(std::move(native)));
+    }
     if (std::chrono::steady_clock::now() >= end) return nullptr;
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   }
 }
 
 bool ViewerWindow::Exists() {
-  return Find(std::chrono::milliseconds(0)) != nullptr;
+  HWND window = nullptr;
+  EnumWindows(Look, reinterpret_cast<LPARAM>(&window));
+  return window != nullptr;
 }
 
 void ViewerWindow::DismissMessages(std::uint32_t process) {
@@ -139,10 +150,8 @@ void ViewerWindow::Click(int x, int y) {
   Press(MOUSEEVENTF_LEFTDOWN);
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
   Press(MOUSEEVENTF_LEFTUP);
-  // A tool under the pointer looks different.
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  SetCursorPos(inside.left + (inside.right - inside.left) / 2,
-               inside.top + (inside.bottom - inside.top) / 2);
+  TakePointerAway(native_->window);
 }
 
 }  // namespace qv::e2e
