@@ -70,7 +70,8 @@ std::optional<RayHit> CastInto(const TraceTarget& target, const Vec3& origin,
   }
   TraceClosest(target, packet);
   if (packet.geometry[0] < 0) return std::nullopt;
-  return RayHit{origin + packet.t[0] * direction, packet.t[0],
+  return RayHit{origin + packet.t[0] * direction,
+                packet.t[0],
                 static_cast<std::uint32_t>(packet.geometry[0]),
                 static_cast<std::uint32_t>(packet.primitive[0]),
                 packet.hitU[0],

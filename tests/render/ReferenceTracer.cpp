@@ -132,10 +132,10 @@ double ReferenceTracer::Light(const V& origin, const V& direction, double reach)
       const auto& uv = triangle.uv[0];
       const double w = 1 - hit.u - hit.v;
       const double footprint = traced_.in.footprintScale * hit.t * triangle.texels[0];
-      opacity *= Blend(material.texture, footprint,
-                       w * uv[0][0] + hit.u * uv[1][0] + hit.v * uv[2][0],
-                       1 - (w * uv[0][1] + hit.u * uv[1][1] + hit.v * uv[2][1]))
-                     .c[3];
+      opacity *=
+          Blend(material.texture, footprint, w * uv[0][0] + hit.u * uv[1][0] + hit.v * uv[2][0],
+                1 - (w * uv[0][1] + hit.u * uv[1][1] + hit.v * uv[2][1]))
+              .c[3];
     }
     left *= 1 - opacity;
     if (left < 0.01) return 0;
@@ -152,8 +152,8 @@ V ReferenceTracer::Color(const Ray& ray, RenderPass pass, int lane) {
   pass_ = pass;
   lane_ = lane;
   draws_ = 0;
-  Path path{ray.origin.cast<double>(), ray.direction.cast<double>().normalized(), kInfinity, 0, 1,
-            1, {}};
+  Path path{
+      ray.origin.cast<double>(), ray.direction.cast<double>().normalized(), kInfinity, 0, 1, 1, {}};
   Trace(path);
   return Shade(path, 0, false);
 }
@@ -239,8 +239,7 @@ ReferenceTracer::Surface ReferenceTracer::Fetch(Path& path, bool forceMirror) {
 
 void ReferenceTracer::FetchTexture(const Path& path, Surface& s) {
   const Triangle& triangle = *path.hit.triangle;
-  const RenderTexture& texture =
-      traced_.scene.Materials()[triangle.material[s.side]].texture;
+  const RenderTexture& texture = traced_.scene.Materials()[triangle.material[s.side]].texture;
   const double w = 1 - path.hit.u - path.hit.v;
   const auto& uv = triangle.uv[s.side];
   const double u = w * uv[0][0] + path.hit.u * uv[1][0] + path.hit.v * uv[2][0];
@@ -355,8 +354,8 @@ V ReferenceTracer::Phong(const Surface& s, const RenderLight& light, const V& d,
   if (directional ? c <= 0 : c >= 0) return sum;
   Visit(directional ? "highlight of the sun" : "highlight of a lamp");
   const double w = (directional ? 1 : d.norm()) * std::pow(std::abs(c), m.specularExponent);
-  return sum + w * s.throughput * spot * s.alpha *
-                   color.cwiseProduct(m.specularColor.cast<double>());
+  return sum +
+         w * s.throughput * spot * s.alpha * color.cwiseProduct(m.specularColor.cast<double>());
 }
 
 V ReferenceTracer::FromPoint(const Surface& s, const RenderLight& light) {
@@ -403,8 +402,7 @@ V ReferenceTracer::FromDirection(const Surface& s, const RenderLight& light) {
   if (cosine <= 0) return V::Zero();
   const double left = Light(s.position, d, kInfinity);
   Visit(left > 0 ? "sun" : "sun in shadow");
-  return Phong(s, light, d, cosine, 1,
-               left * traced_.in.factors.sun * light.color.cast<double>());
+  return Phong(s, light, d, cosine, 1, left * traced_.in.factors.sun * light.color.cast<double>());
 }
 
 V ReferenceTracer::Emitters(const Surface& s) {
@@ -433,7 +431,7 @@ V ReferenceTracer::Emitters(const Surface& s) {
 
 // Snell's law, from the sine: the part along the surface is scaled by eta, the rest goes inwards.
 V ReferenceTracer::Through(const Path& path, const Surface& s, int depth, bool forceMirror) {
-  Path on{s.position + 0.2 * s.view, s.view, kInfinity, path.distance,
+  Path on{s.position + 0.2 * s.view,       s.view,  kInfinity, path.distance,
           (1 - s.alpha) * path.throughput, s.iorTo, {}};
   if (s.transmitKind == 1) {
     const double eta = s.iorFrom / s.iorTo;
@@ -464,8 +462,13 @@ V ReferenceTracer::Blurred(const Path& path, const Surface& s, double throughput
     if (round >= rays) break;
     const V sample =
         traced_.in.directions->glossy[start + static_cast<std::size_t>(lane_)].cast<double>();
-    Path on{s.position, TurnedFromUp(sample, path.direction.normalized()).normalized(), kInfinity,
-            path.distance, throughput / rays, 1, {}};
+    Path on{s.position,
+            TurnedFromUp(sample, path.direction.normalized()).normalized(),
+            kInfinity,
+            path.distance,
+            throughput / rays,
+            1,
+            {}};
     Trace(on);
     sum += Shade(on, 7, true);
   }

@@ -13,10 +13,10 @@ namespace qv {
 // NaN gives 0.
 void AdjustLinear(const float* in, std::size_t count, float scale, float offset, std::uint8_t* out);
 
-// The bytes of a function that only grows, for values from `low`, the least that gives 1, to `high`,
-// the least that gives 255: a power for each channel of each pixel would cost more than the rays.
-// Cells are as wide as the upper bits of the floats tell, which makes them fine where the values
-// are small and gamma is steep, and the function takes at most one step in each.
+// The bytes of a function that only grows, for values from `low`, the least that gives 1, to
+// `high`, the least that gives 255: a power for each channel of each pixel would cost more than the
+// rays. Cells are as wide as the upper bits of the floats tell, which makes them fine where the
+// values are small and gamma is steep, and the function takes at most one step in each.
 struct ByteTable {
   float low = 0;
   float high = 0;
