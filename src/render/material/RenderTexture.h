@@ -24,7 +24,8 @@ struct RenderTexture {
 };
 
 // Reads an image file of any kind that FreeImage knows and makes its mip chain, each level with the
-// box filter from the full image. Nothing if it cannot be read. `path` is in the system's narrow
+// box filter from the full image (of a huge image from a
+// smaller level). Nothing if it cannot be read. `path` is in the system's narrow
 // encoding.
 std::optional<RenderTexture> LoadTexture(const std::string& path);
 
