@@ -77,9 +77,9 @@ TextureMip MipOf(FIBITMAP* bitmap) {
 
 // Each level is made from the full image. While that is larger than usual textures are, the level
 // takes its place for those that follow: from the full image all the way, an image of 16384 by
-// 16384 would take most of a minute.
+// 16384 takes more than twenty seconds.
 std::vector<TextureMip> MipChainOf(FIBITMAP* full) {
-  constexpr std::size_t kUsualBytes = std::size_t{4096} * 4096 * 4;
+  constexpr unsigned kUsualBytes = 5000 * 5000 * 4;
   Bitmap smaller;
   std::vector<TextureMip> mips;
   mips.push_back(MipOf(full));
@@ -89,9 +89,8 @@ std::vector<TextureMip> MipChainOf(FIBITMAP* full) {
     FIBITMAP* source = smaller ? smaller.get() : full;
     Bitmap level(FreeImage_Rescale(source, width, height, FILTER_BOX));
     if (!level) break;
-    const bool sourceIsHuge = FreeImage_GetDIBSize(source) > kUsualBytes + kUsualBytes / 2;
     mips.push_back(MipOf(level.get()));
-    if (sourceIsHuge) smaller = std::move(level);
+    if (FreeImage_GetDIBSize(source) > kUsualBytes) smaller = std::move(level);
   }
   return mips;
 }
