@@ -10,6 +10,7 @@
 #include <string>
 #include <system_error>
 
+#include "core/ImageSize.h"
 #include "host/model/MaterialReader.h"
 
 namespace qv::host {
@@ -26,6 +27,22 @@ FREE_IMAGE_FORMAT FormatOfFile(const std::string& path) {
   if (format == FIF_UNKNOWN) format = FreeImage_GetFIFFromFilename(path.c_str());
   if (format == FIF_UNKNOWN || FreeImage_FIFSupportsReading(format) == 0) return FIF_UNKNOWN;
   return format;
+}
+
+bool HasSoundSize(FIBITMAP* image, std::uint64_t fileBytes) {
+  const unsigned width = FreeImage_GetWidth(image);
+  const unsigned height = FreeImage_GetHeight(image);
+  return width <= kMaximumSide && height <= kMaximumSide &&
+         IsPlausibleImage(width, height, fileBytes);
+}
+
+// Grey of 16 bits goes over grey of 8.
+ImagePixels In32Bits(FIBITMAP* image) {
+  if (FreeImage_GetImageType(image) != FIT_UINT16) {
+    return ImagePixels(FreeImage_ConvertTo32Bits(image));
+  }
+  const ImagePixels grey(FreeImage_ConvertTo8Bits(image));
+  return ImagePixels(grey ? FreeImage_ConvertTo32Bits(grey.get()) : nullptr);
 }
 
 template <typename Change>
@@ -79,12 +96,16 @@ std::optional<ImagePixels> LoadPixels(const std::filesystem::path& path) {
   const std::string name = path.string();
   const FREE_IMAGE_FORMAT format = FormatOfFile(name);
   if (format == FIF_UNKNOWN) return std::nullopt;
-  const ImagePixels loaded(FreeImage_Load(format, name.c_str(), 0));
-  if (!loaded || FreeImage_GetWidth(loaded.get()) > kMaximumSide ||
-      FreeImage_GetHeight(loaded.get()) > kMaximumSide) {
-    return std::nullopt;
+  std::error_code error;
+  const std::uint64_t fileBytes = std::filesystem::file_size(path, error);
+  if (error) return std::nullopt;
+  if (FreeImage_FIFSupportsNoPixels(format) != 0) {
+    const ImagePixels header(FreeImage_Load(format, name.c_str(), FIF_LOAD_NOPIXELS));
+    if (header && !HasSoundSize(header.get(), fileBytes)) return std::nullopt;
   }
-  ImagePixels pixels(FreeImage_ConvertTo32Bits(loaded.get()));
+  const ImagePixels loaded(FreeImage_Load(format, name.c_str(), 0));
+  if (!loaded || !HasSoundSize(loaded.get(), fileBytes)) return std::nullopt;
+  ImagePixels pixels = In32Bits(loaded.get());
   if (!pixels) return std::nullopt;
   // Without a table or channel of transparency the conversion may leave the alpha at 0.
   if (FreeImage_IsTransparent(loaded.get()) == 0) MakeOpaque(pixels);

@@ -252,13 +252,13 @@ void MainFrame::PaintMargins(wxDC& dc, const PixelRectangle& picture) {
 }
 
 void MainFrame::PaintStatistics(wxDC& dc) {
-  const RenderStatistics& shown = pictureStatistics_;
-  if (!showStatistics_ || (shown.basePassSeconds <= 0 && shown.antialiasPassSeconds <= 0)) return;
+  const PassTimes& times = painter_.times();
+  if (!showStatistics_ || (times.base <= 0 && times.antialias <= 0)) return;
   dc.SetFont(statisticsFont_);
   dc.SetTextForeground(*wxWHITE);
   dc.SetBackgroundMode(wxBRUSHSTYLE_TRANSPARENT);
-  dc.DrawLabel(StatisticsText(shown.basePassSeconds, shown.antialiasPassSeconds,
-                              shown.triangleCount, shown.materialCount),
+  dc.DrawLabel(StatisticsText(times.base, times.antialias, pictureStatistics_.triangleCount,
+                              pictureStatistics_.materialCount),
                wxRect(0, 0, painter_.width(), painter_.height()), wxALIGN_LEFT | wxALIGN_TOP);
 }
 
@@ -273,8 +273,6 @@ void MainFrame::PictureStands() {
 void MainFrame::ShowPicture() {
   const RaytraceImpl* renderer = renderer_.get();
   if (!renderer) return;
-  // The times first: they are written after the picture, so a time that is there tells of a picture
-  // that is there.
   pictureStatistics_ = renderer->Statistics();
   painter_.TakePicture(*renderer);
   pictureIsNew_ = true;
@@ -283,12 +281,12 @@ void MainFrame::ShowPicture() {
 }
 
 void MainFrame::ReportShownPicture() {
-  const RenderStatistics& shown = pictureStatistics_;
-  const bool antialiased = shown.antialiasPassSeconds > 0;
+  const PassTimes& times = painter_.times();
+  const bool antialiased = times.antialias > 0;
   Log(LogLevel::kInfo,
       wxString::Format("picture shown: %s %dx%d, %.3f s", antialiased ? "antialiased" : "base",
                        painter_.width(), painter_.height(),
-                       antialiased ? shown.antialiasPassSeconds : shown.basePassSeconds)
+                       antialiased ? times.antialias : times.base)
           .ToStdString());
 }
 

@@ -150,10 +150,7 @@ void MainFrame::LoadProperties() {
   });
   ReadProperty(*link_, "eye_height", ParseFloat, [this](float height) { eyeHeight_ = height; });
   ReadProperty(*link_, "light_factors", ParseLightFactors, [&](const LightFactors& stored) {
-    render([&](RaytraceImpl& renderer) {
-      renderer.SetLightSettings(
-          {stored.sun, stored.ambient, stored.point, stored.lem, stored.useSkyColorForAmbient});
-    });
+    render([&](RaytraceImpl& renderer) { renderer.SetLightSettings(stored); });
   });
   ReadProperty(*link_, "lightMap_settings", ParseFloat,
                [this](float size) { lightmapMeshSize_ = size; });

@@ -5,7 +5,7 @@
 #include <optional>
 #include <span>
 
-#include "link/IpcInterfaceApp.h"
+#include "core/LightFactors.h"
 
 namespace qv {
 

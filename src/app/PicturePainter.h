@@ -28,6 +28,7 @@ class PicturePainter {
   // The size of the picture that Paint draws.
   int width() const { return width_; }
   int height() const { return height_; }
+  const PassTimes& times() const { return times_; }
 
   // Draws the picture into `where`, its pixels stretched without interpolation where the sizes
   // differ.
@@ -38,6 +39,7 @@ class PicturePainter {
   std::unique_ptr<Surface> surface_;
   int width_ = 0;
   int height_ = 0;
+  PassTimes times_;
 };
 
 }  // namespace qv

@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "core/LightFactors.h"
 #include "core/RenderCamera.h"
 #include "core/SceneRecords.h"
 #include "link/IQuorvane.h"
@@ -22,12 +23,6 @@
 namespace qv {
 
 class CommandDecoder;
-
-// The light factors as they travel: the value of the property "light_factors".
-struct LightFactors {
-  float sun = 1, ambient = 1, point = 1, lem = 1;
-  bool useSkyColorForAmbient = false;
-};
 
 // A saved view of the host.
 struct HostPage {
@@ -77,6 +72,7 @@ class IpcInterfaceApp {
   void SetProperty(const std::string& name, std::span<const std::byte> value);
   void SetBrightness(float brightness, float contrast);
   void SetGamma(float value);
+  // The property "light_factors".
   void SetLightFactors(const LightFactors& factors);
   void SetBackground(std::int32_t backgroundType, std::int32_t cubeMapIndex);
   void SetEyeHeight(float value);

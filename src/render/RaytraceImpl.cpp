@@ -70,9 +70,12 @@ std::optional<RayHit> CastInto(const TraceTarget& target, const Vec3& origin,
   }
   TraceClosest(target, packet);
   if (packet.geometry[0] < 0) return std::nullopt;
-  return RayHit{origin + packet.t[0] * direction, packet.t[0],
+  return RayHit{origin + packet.t[0] * direction,
+                packet.t[0],
                 static_cast<std::uint32_t>(packet.geometry[0]),
-                static_cast<std::uint32_t>(packet.primitive[0])};
+                static_cast<std::uint32_t>(packet.primitive[0]),
+                packet.hitU[0],
+                packet.hitV[0]};
 }
 
 }  // namespace
@@ -85,6 +88,16 @@ struct RaytraceImpl::Parts {
 
   TraceTarget Target() const { return {device.get(), &scene, packetWidth, 0, nullptr}; }
 
+  void Switch(bool ShadeSwitches::*which, bool on) {
+    const std::lock_guard lock(settingsMutex);
+    switches.*which = on;
+    engine.SetSwitches(switches);
+  }
+  bool IsOn(bool ShadeSwitches::*which) const {
+    const std::lock_guard lock(settingsMutex);
+    return switches.*which;
+  }
+
   Device device;
   const int packetWidth;
   RenderScene scene;
@@ -95,7 +108,7 @@ struct RaytraceImpl::Parts {
 
   mutable std::mutex settingsMutex;
   ImageSettings image;
-  LightSettings light;
+  LightFactors factors;
   ShadeSwitches switches;
 };
 
@@ -259,55 +272,79 @@ ImageSettings RaytraceImpl::GetImageSettings() const {
   return parts_->image;
 }
 
-void RaytraceImpl::SetLightSettings(const LightSettings& settings) {
+void RaytraceImpl::SetLightSettings(const LightFactors& factors) {
   const std::lock_guard lock(parts_->settingsMutex);
-  parts_->light = settings;
-  parts_->engine.SetLightFactors({settings.sun, settings.ambient, settings.point, settings.lem,
-                                  settings.useSkyColorForAmbient});
+  parts_->factors = factors;
+  parts_->engine.SetLightFactors(factors);
 }
 
-LightSettings RaytraceImpl::GetLightSettings() const {
+LightFactors RaytraceImpl::GetLightSettings() const {
   const std::lock_guard lock(parts_->settingsMutex);
-  return parts_->light;
+  return parts_->factors;
 }
 
 void RaytraceImpl::SetUseAmbientOcclusion(bool use) {
-  const std::lock_guard lock(parts_->settingsMutex);
-  parts_->switches.useAmbientOcclusion = use;
-  parts_->engine.SetSwitches(parts_->switches);
+  parts_->Switch(&ShadeSwitches::useAmbientOcclusion, use);
 }
 
 bool RaytraceImpl::UseAmbientOcclusion() const {
-  const std::lock_guard lock(parts_->settingsMutex);
-  return parts_->switches.useAmbientOcclusion;
+  return parts_->IsOn(&ShadeSwitches::useAmbientOcclusion);
 }
 
 void RaytraceImpl::SetUseLEM(bool use) {
-  const std::lock_guard lock(parts_->settingsMutex);
-  parts_->switches.useLEM = use;
-  parts_->engine.SetSwitches(parts_->switches);
+  parts_->Switch(&ShadeSwitches::useLEM, use);
 }
 
 bool RaytraceImpl::UseLEM() const {
-  const std::lock_guard lock(parts_->settingsMutex);
-  return parts_->switches.useLEM;
+  return parts_->IsOn(&ShadeSwitches::useLEM);
+}
+
+void RaytraceImpl::SetUseLightmap(bool use) {
+  parts_->Switch(&ShadeSwitches::useLightmap, use);
+}
+
+bool RaytraceImpl::UseLightmap() const {
+  return parts_->IsOn(&ShadeSwitches::useLightmap);
+}
+
+void RaytraceImpl::SetLightmapHasLEM(bool has) {
+  parts_->Switch(&ShadeSwitches::lightmapHasLEM, has);
+}
+
+bool RaytraceImpl::LightmapHasLEM() const {
+  return parts_->IsOn(&ShadeSwitches::lightmapHasLEM);
+}
+
+void RaytraceImpl::SetLightmapPages(std::vector<LightmapPage> pages) {
+  parts_->scene.SetLightmapPages(std::move(pages));
+}
+
+bool RaytraceImpl::HasLightmapPages() const {
+  return !parts_->scene.LightmapPages().empty();
+}
+
+bool RaytraceImpl::SetMeshLightmap(std::size_t mesh, const MeshLightmap& lightmap) {
+  return parts_->scene.SetMeshLightmap(mesh, lightmap);
+}
+
+void RaytraceImpl::ClearLightmaps() {
+  parts_->scene.ClearLightmaps();
 }
 
 void RaytraceImpl::ReadScreen(const std::function<void(const ScreenView&)>& read) const {
   parts_->engine.ReadScreen([&read](const ScreenImage& screen) {
-    read({screen.width, screen.height, screen.pitch, screen.pixels.data()});
+    read({screen.width, screen.height, screen.pitch, screen.pixels.data(), screen.times});
   });
 }
 
 RenderStatistics RaytraceImpl::Statistics() const {
-  const FrameEngine::PassTimes times = parts_->engine.Times();
+  const PassTimes times = parts_->engine.Times();
   return {times.base, times.antialias, parts_->scene.TriangleCount(),
           parts_->scene.MaterialCount()};
 }
 
 ViewBounds RaytraceImpl::Bounds() const {
-  const SceneBounds& bounds = parts_->scene.Bounds();
-  return {bounds.minimum, bounds.maximum};
+  return parts_->scene.Bounds();
 }
 
 std::optional<RayHit> RaytraceImpl::CastRay(const Vec3& origin, const Vec3& direction) const {

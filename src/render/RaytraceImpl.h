@@ -7,10 +7,16 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
+#include "core/LightFactors.h"
 #include "core/RenderCamera.h"
 #include "core/SceneRecords.h"
 #include "render/RenderModes.h"
+#include "render/geometry/MeshLightmap.h"
+#include "render/geometry/ViewBounds.h"
+#include "render/image/PassTimes.h"
+#include "render/material/LightmapPage.h"
 
 namespace qv {
 
@@ -18,8 +24,11 @@ namespace qv {
 struct RayHit {
   Vec3 position{0, 0, 0};
   float distance = 0;
-  std::uint32_t geometry = 0;
-  std::uint32_t primitive = 0;
+  std::uint32_t geometry = 0;   // the position of the mesh in the scene's list
+  std::uint32_t primitive = 0;  // the triangle of that mesh
+  // Barycentric coordinates: 1 - u - v, u and v weigh the triangle's three corners.
+  float u = 0;
+  float v = 0;
 };
 
 // The picture as shown: blue, green, red bytes, bottom row first, rows `pitch` bytes apart.
@@ -28,12 +37,13 @@ struct ScreenView {
   int height = 0;
   std::size_t pitch = 0;
   const std::uint8_t* pixels = nullptr;
+  PassTimes times;  // of just this picture
 };
 
+// Where the current job stands; the times of the picture that is shown come with it.
 struct RenderStatistics {
-  double basePassSeconds = 0;  // last pass over the base picture
-  double antialiasPassSeconds =
-      0;  // last antialiasing pass; 0 while there is none for the current job
+  double basePassSeconds = 0;       // last pass over the base picture
+  double antialiasPassSeconds = 0;  // last antialiasing pass; 0 while there is none for the job
   std::int32_t triangleCount = 0;
   std::int32_t materialCount = 0;
 };
@@ -43,17 +53,6 @@ struct ImageSettings {
   float brightness = 0;
   float contrast = 0;
   float gamma = 1;
-};
-
-// What acts in shading: taken over by the next StartRender.
-struct LightSettings {
-  float sun = 1, ambient = 1, point = 1, lem = 1;
-  bool useSkyColorForAmbient = false;
-};
-
-struct ViewBounds {
-  Vec3 minimum;
-  Vec3 maximum;
 };
 
 // The renderer: the scene, the picture, and the engine that traces jobs on threads of its own.
@@ -145,12 +144,28 @@ class RaytraceImpl {
   void ComposeImage(bool useAntialiasData);
   void SetImageSettings(const ImageSettings& settings);
   ImageSettings GetImageSettings() const;
-  void SetLightSettings(const LightSettings& settings);
-  LightSettings GetLightSettings() const;
+  // Light factors and switches act in shading: taken over by the next StartRender.
+  void SetLightSettings(const LightFactors& factors);
+  LightFactors GetLightSettings() const;
   void SetUseAmbientOcclusion(bool use);
   bool UseAmbientOcclusion() const;
   void SetUseLEM(bool use);
   bool UseLEM() const;
+  // Shows baked light in place of the ambient light; with `LightmapHasLEM` that of the LEM lights
+  // is part of it and is not computed.
+  void SetUseLightmap(bool use);
+  bool UseLightmap() const;
+  void SetLightmapHasLEM(bool has);
+  bool LightmapHasLEM() const;
+
+  // The baked light itself. While no job runs; it goes with the scene.
+  void SetLightmapPages(std::vector<LightmapPage> pages);
+  bool HasLightmapPages() const;
+  // `mesh` counts the meshes as they came, as RayHit does. False if there is no such mesh in the
+  // built scene, or the lightmap has not as many triangles.
+  bool SetMeshLightmap(std::size_t mesh, const MeshLightmap& lightmap);
+  // Takes away the pages and the lightmaps of all meshes.
+  void ClearLightmaps();
 
   // Calls `read` with the picture while no pass replaces it. Any thread.
   void ReadScreen(const std::function<void(const ScreenView&)>& read) const;

@@ -1,7 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <map>
+#include <thread>
 #include <tuple>
+#include <utility>
+#include <vector>
 
 #include "Renderer.h"
 #include "TracedScene.h"
@@ -117,6 +122,82 @@ TEST(FrameEngine, GivesTheSameBytesInEachRunWithAnyNumberOfThreads) {
     }
   }
   for (const Picture& picture : pictures) ExpectSamePicture(picture, pictures[0]);
+}
+
+// Whoever reads the picture at any moment: each picture has one pair of times, and the picture of
+// an antialiasing pass has both.
+TEST(FrameEngine, ShowsAPictureWithItsOwnTimes) {
+  Renderer renderer(SmallScene(), 48, 40);
+  std::atomic<bool> done{false};
+  std::map<std::vector<std::uint8_t>, std::pair<double, double>> timesOf;
+  int mixed = 0;
+  std::thread reader([&] {
+    while (!done) {
+      renderer.impl.ReadScreen([&](const ScreenView& view) {
+        const std::size_t size = view.pitch * static_cast<std::size_t>(view.height);
+        const std::pair times(view.times.base, view.times.antialias);
+        const auto [place, isNew] = timesOf.try_emplace({view.pixels, view.pixels + size}, times);
+        if (!isNew && place->second != times) ++mixed;
+      });
+    }
+  });
+  for (int i = 0; i < 12; ++i) renderer.Run(ViewFrom(30 * i), ModeMotion);
+  done = true;
+  reader.join();
+  EXPECT_EQ(mixed, 0);
+  EXPECT_GT(timesOf.size(), 12u);
+  int antialiased = 0;
+  for (const auto& [picture, times] : timesOf) {
+    if (times.second > 0) ++antialiased;
+    EXPECT_TRUE(times.first > 0 || times.second == 0);
+  }
+  EXPECT_GT(antialiased, 0);
+}
+
+TEST(FrameEngine, ShowsBakedLightWithTheNextJob) {
+  test::SceneBuilder scene;
+  scene.Floor(0, 1000, scene.Material(Vec3::Ones()));
+  Renderer renderer(scene, 8, 8);
+  const RenderCamera camera = ViewFrom(0);
+  const auto red = [&] { return static_cast<int>(renderer.Screen().rgb[0]); };
+  RaytraceImpl& impl = renderer.impl;
+  impl.SetLightSettings({0, 0.5f, 1, 1, false});
+
+  MeshLightmap lightmap;
+  lightmap.coords.resize(6, Vec2(0.5f, 0.5f));
+  lightmap.colors.resize(6, Vec3(0.25f, 0, 0));
+  lightmap.pages = {0, 0};
+  EXPECT_TRUE(impl.SetMeshLightmap(0, lightmap));
+  EXPECT_FALSE(impl.SetMeshLightmap(1, lightmap)) << "there is one mesh";
+  impl.SetLightmapPages({{1, 1, {0, 0, 0.75f, 1}}});
+  EXPECT_TRUE(impl.HasLightmapPages());
+  impl.SetUseLightmap(true);
+  EXPECT_TRUE(impl.UseLightmap());
+  renderer.Run(camera, ModeStill);
+  EXPECT_EQ(red(), 127) << "0.5 of 0.25 + 0.75";
+
+  impl.ClearLightmaps();
+  EXPECT_FALSE(impl.HasLightmapPages());
+  renderer.Run(camera, ModeStill);
+  EXPECT_EQ(red(), 55) << "0.5 of half the ambient light";
+  lightmap.pages.resize(1);
+  EXPECT_FALSE(impl.SetMeshLightmap(0, lightmap)) << "it has two triangles";
+  renderer.Run(camera, ModeStill);
+  EXPECT_EQ(red(), 55);
+}
+
+// Nothing at all, and triangles without any material.
+TEST(FrameEngine, ShowsTheSkyBehindAnEmptyScene) {
+  Renderer empty(test::SceneBuilder(), 40, 30);
+  test::SceneBuilder floor;
+  floor.Floor(0, 20, 0);
+  Renderer bare(floor, 40, 30);
+  for (const RenderMode mode : {ModeMotion, ModeSunMotion, ModeFinal}) {
+    empty.Run(ViewFrom(20), mode);
+    bare.Run(ViewFrom(20), mode);
+    EXPECT_EQ(empty.Screen().rgb.back(), bare.Screen().rgb.back()) << "sky above the floor";
+    EXPECT_NE(empty.Screen(), bare.Screen());
+  }
 }
 
 TEST(FrameEngine, TakesNewFactorsWithTheNextJob) {

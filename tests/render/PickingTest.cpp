@@ -44,6 +44,9 @@ TEST(Picking, FindsWhatAPixelShows) {
     EXPECT_TRUE(hit.position.isApprox(Vec3(50, 100, -25), 1e-4f)) << hit.position.transpose();
     EXPECT_NEAR(hit.distance, std::sqrt(2500 + 10000 + 625.0f), 1e-2f);
     EXPECT_EQ(hit.primitive, 0u) << "below the diagonal";
+    // The triangle's corners are (-100, -100), (100, -100) and (100, 100).
+    EXPECT_NEAR(hit.u, 0.375f, 1e-4f);
+    EXPECT_NEAR(hit.v, 0.375f, 1e-4f);
     // Past the wall on the left: a point one unit along the ray.
     ASSERT_FALSE(renderer.impl.PickPixel(10, 20, hit));
     EXPECT_TRUE(hit.position.isApprox(Vec3(-1.5f, 1, 0).normalized(), 1e-5f));

@@ -1,6 +1,8 @@
 #include <FreeImage.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -8,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/Log.h"
 #include "render/material/RenderTexture.h"
 #include "support/ImageFile.h"
 
@@ -119,6 +122,97 @@ TEST(Texture, ReadsSixteenBitGrey) {
   EXPECT_EQ(Bgra(texture->mips[0], 1, 0), (std::vector<int>{0xC0, 0xC0, 0xC0, 255}));
 }
 
+TEST(Texture, ReadsSixteenBitColours) {
+  FIBITMAP* bitmap = FreeImage_AllocateT(FIT_RGBA16, 1, 1);
+  *reinterpret_cast<FIRGBA16*>(FreeImage_GetScanLine(bitmap, 0)) = {0x2080, 0x40FF, 0x6000, 0x8000};
+  const std::string path = test::ScratchPath("rgba16.png");
+  ASSERT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), 0));
+  FreeImage_Unload(bitmap);
+  const auto texture = LoadTexture(path);
+  ASSERT_TRUE(texture);
+  EXPECT_TRUE(texture->hasAlpha);
+  EXPECT_EQ(Bgra(texture->mips[0], 0, 0), (std::vector<int>{0x60, 0x40, 0x20, 0x80}));
+}
+
+// 8 by 8 pixels of red 200, green 100, blue 50 in four inks, under a name that is not theirs.
+TEST(Texture, ReadsJpegsOfFourInksAndByWhatTheyAreNotByTheirName) {
+  const std::uint8_t bytes[] = {
+      0xff, 0xd8, 0xff, 0xee, 0x00, 0x0e, 0x41, 0x64, 0x6f, 0x62, 0x65, 0x00, 0x64, 0x00, 0x00,
+      0x00, 0x00, 0x02, 0xff, 0xdb, 0x00, 0x43, 0x00, 0x0d, 0x09, 0x0a, 0x0b, 0x0a, 0x08, 0x0d,
+      0x0b, 0x0a, 0x0b, 0x0e, 0x0e, 0x0d, 0x0f, 0x13, 0x20, 0x15, 0x13, 0x12, 0x12, 0x13, 0x27,
+      0x1c, 0x1e, 0x17, 0x20, 0x2e, 0x29, 0x31, 0x30, 0x2e, 0x29, 0x2d, 0x2c, 0x33, 0x3a, 0x4a,
+      0x3e, 0x33, 0x36, 0x46, 0x37, 0x2c, 0x2d, 0x40, 0x57, 0x41, 0x46, 0x4c, 0x4e, 0x52, 0x53,
+      0x52, 0x32, 0x3e, 0x5a, 0x61, 0x5a, 0x50, 0x60, 0x4a, 0x51, 0x52, 0x4f, 0xff, 0xdb, 0x00,
+      0x43, 0x01, 0x0e, 0x0e, 0x0e, 0x13, 0x11, 0x13, 0x26, 0x15, 0x15, 0x26, 0x4f, 0x35, 0x2d,
+      0x35, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f,
+      0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f,
+      0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f,
+      0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0xff, 0xc0, 0x00, 0x14, 0x08, 0x00, 0x08, 0x00, 0x08,
+      0x04, 0x01, 0x22, 0x00, 0x02, 0x11, 0x01, 0x03, 0x11, 0x01, 0x04, 0x22, 0x00, 0xff, 0xc4,
+      0x00, 0x16, 0x00, 0x01, 0x01, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
+      0x00, 0x00, 0x00, 0x00, 0x00, 0x05, 0x06, 0xff, 0xc4, 0x00, 0x14, 0x10, 0x01, 0x00, 0x00,
+      0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xff,
+      0xc4, 0x00, 0x15, 0x01, 0x01, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
+      0x00, 0x00, 0x00, 0x00, 0x00, 0x05, 0x06, 0xff, 0xc4, 0x00, 0x14, 0x11, 0x01, 0x00, 0x00,
+      0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xff,
+      0xda, 0x00, 0x0e, 0x04, 0x01, 0x00, 0x02, 0x11, 0x03, 0x11, 0x04, 0x00, 0x00, 0x3f, 0x00,
+      0x98, 0x01, 0xe4, 0xc3, 0x58, 0x03, 0xff, 0xd9};
+  const std::string path = test::ScratchPath("inks.png");
+  WriteFile(path, std::string(reinterpret_cast<const char*>(bytes), sizeof(bytes)));
+  const auto texture = LoadTexture(path);
+  ASSERT_TRUE(texture);
+  EXPECT_EQ(MipSizes(*texture).front(), (Size{8, 8}));
+  const std::vector<int> bgra = Bgra(texture->mips[0], 3, 3);
+  const int expected[] = {50, 100, 200, 255};
+  for (std::size_t i = 0; i < 4; ++i) EXPECT_NEAR(bgra[i], expected[i], 6) << i;
+}
+
+// The longest side that is allowed on a narrow strip, in one bit a pixel.
+TEST(Texture, ReadsLongSides) {
+  FIBITMAP* bitmap = FreeImage_Allocate(16384, 3, 1);
+  const std::string path = test::ScratchPath("long.png");
+  ASSERT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), 0));
+  FreeImage_Unload(bitmap);
+  const auto texture = LoadTexture(path);
+  ASSERT_TRUE(texture);
+  EXPECT_EQ(MipSizes(*texture), (std::vector<Size>{{16384, 3}, {8192, 1}}));
+}
+
+// Files of all usual kinds, cut off or with a byte of their header changed, which may make them
+// say that they are huge: no texture, or a whole one, and soon.
+TEST(Texture, OutlivesSpoiltFiles) {
+  SetLogSink([](LogLevel, const std::string&) {});
+  const auto start = std::chrono::steady_clock::now();
+  FIBITMAP* bitmap = FreeImage_Allocate(16, 16, 24);
+  for (unsigned i = 0; i < 16; ++i) FreeImage_GetScanLine(bitmap, 3)[3 * i] = 255;
+  for (const char* kind : {"png", "jpg", "bmp", "tga", "gif"}) {
+    const std::string path = test::ScratchPath(std::string("spoilt.") + kind);
+    const FREE_IMAGE_FORMAT format = FreeImage_GetFIFFromFilename(path.c_str());
+    FIBITMAP* eight = FreeImage_ConvertTo8Bits(bitmap);
+    ASSERT_TRUE(FreeImage_Save(format, format == FIF_GIF ? eight : bitmap, path.c_str(), 0));
+    FreeImage_Unload(eight);
+    std::ifstream in(path, std::ios::binary);
+    const std::string whole{std::istreambuf_iterator<char>(in), {}};
+    ASSERT_TRUE(LoadTexture(path)) << kind;
+    for (std::size_t at = 0; at < std::min<std::size_t>(whole.size(), 64); ++at) {
+      std::string changed = whole;
+      changed[at] = static_cast<char>(changed[at] ^ (at % 2 == 0 ? 0xff : 0x40));
+      for (const std::string& bytes : {whole.substr(0, at), changed}) {
+        WriteFile(path, bytes);
+        const auto texture = LoadTexture(path);
+        if (!texture) continue;
+        for (const TextureMip& mip : texture->mips) {
+          ASSERT_GT(mip.width, 0);
+          ASSERT_EQ(mip.pixels.size(), static_cast<std::size_t>(mip.width * mip.height * 4));
+        }
+      }
+    }
+  }
+  FreeImage_Unload(bitmap);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::minutes(1));
+  SetLogSink({});
+}
+
 // 24000 by 24000 texels would need more than 2^31 bytes; as one bit a pixel the file is small.
 TEST(Texture, RefusesMoreTexelsThanCanBeAddressed) {
   FIBITMAP* bitmap = FreeImage_Allocate(24000, 24000, 1);
@@ -137,9 +231,18 @@ TEST(Texture, RefusesWhatIsNoImage) {
   WriteFile(test::ScratchPath("empty.png"), "");
   WriteFile(test::ScratchPath("text.png"), "This is a text.\n");
   WriteFile(test::ScratchPath("text.unknown"), "This is a text.\n");
+  // A bitmap file of no columns.
+  std::string flat(54, '\0');
+  flat.replace(0, 2, "BM");
+  flat[10] = 54;
+  flat[14] = 40;
+  flat[22] = 4;
+  flat[26] = 1;
+  flat[28] = 24;
+  WriteFile(test::ScratchPath("flat.bmp"), flat);
   std::filesystem::create_directory(test::ScratchPath("folder.png"));
   for (const char* name : {"cut.png", "head.png", "empty.png", "text.png", "text.unknown",
-                           "folder.png", "missing.png"}) {
+                           "flat.bmp", "folder.png", "missing.png"}) {
     EXPECT_FALSE(LoadTexture(test::ScratchPath(name))) << name;
   }
   EXPECT_FALSE(LoadTexture(""));

@@ -44,6 +44,7 @@ void PicturePainter::TakePicture(const RaytraceImpl& renderer) {
     }
     width_ = picture.width;
     height_ = picture.height;
+    times_ = picture.times;
     cairo_surface_flush(surface_->image);
     ExpandPicture(picture, cairo_image_surface_get_data(surface_->image),
                   static_cast<std::size_t>(cairo_image_surface_get_stride(surface_->image)));

@@ -15,6 +15,7 @@ void PicturePainter::TakePicture(const RaytraceImpl& renderer) {
   renderer.ReadScreen([this](const ScreenView& picture) {
     width_ = picture.pixels ? picture.width : 0;
     height_ = picture.pixels ? picture.height : 0;
+    times_ = picture.times;
   });
 }
 
@@ -30,6 +31,7 @@ void PicturePainter::Paint(wxDC& dc, const PixelRectangle& where, const Raytrace
   const HDC handle = static_cast<HDC>(dc.GetHandle());
   renderer.ReadScreen([&](const ScreenView& picture) {
     if (!picture.pixels) return;
+    times_ = picture.times;
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
     info.bmiHeader.biWidth = picture.width;

@@ -189,11 +189,7 @@ bool FrameEngine::RunPass(const PassStep& step) {
 
   pass_ = step.pass;
   samplesStand_ = antialias;
-  Compose(false);
-  {
-    const std::lock_guard lock(screenMutex_);
-    target.passTime = platform::NowSeconds() - start;
-  }
+  Show(target, start);
   if (step.reported && !offline && callbacks_.passDone) callbacks_.passDone();
   return true;
 }
@@ -208,11 +204,19 @@ void FrameEngine::MarkEdges(bool clearSamples) {
 void FrameEngine::ComposeImage(bool useAntialiasData) {
   // With the lock no other thread begins a job meanwhile; where it is held one is beginning.
   const std::unique_lock lock(lock_, std::try_to_lock);
-  if (lock.owns_lock() && state_ == RenderState::kIdle) Compose(useAntialiasData);
+  if (!lock.owns_lock() || state_ != RenderState::kIdle) return;
+  const std::lock_guard screenLock(screenMutex_);
+  Compose(useAntialiasData);
+}
+
+void FrameEngine::Show(RenderTarget& target, double start) {
+  const std::lock_guard lock(screenMutex_);
+  Compose(false);
+  target.passTime = platform::NowSeconds() - start;
+  screen_.times = {base_.passTime, samples_.passTime};
 }
 
 void FrameEngine::Compose(bool useAntialiasData) {
-  const std::lock_guard lock(screenMutex_);
   if (base_.height() < 1) return;
   if (pass_ == PassPreview) {
     ComposePreview(base_, threadCount_, screen_);
@@ -280,7 +284,7 @@ void FrameEngine::SetAdjustment(const Adjustment& adjustment) {
   adjustment_ = adjustment;
 }
 
-void FrameEngine::SetLightFactors(const LightFactorsInUse& factors) {
+void FrameEngine::SetLightFactors(const LightFactors& factors) {
   const std::lock_guard lock(settingsMutex_);
   lightFactors_ = factors;
 }
@@ -295,7 +299,7 @@ void FrameEngine::ReadScreen(const std::function<void(const ScreenImage&)>& read
   read(screen_);
 }
 
-FrameEngine::PassTimes FrameEngine::Times() const {
+PassTimes FrameEngine::Times() const {
   const std::lock_guard lock(screenMutex_);
   return {base_.passTime, samples_.passTime};
 }

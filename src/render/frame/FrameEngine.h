@@ -61,17 +61,14 @@ class FrameEngine {
 
   void SetAdjustment(const Adjustment& adjustment);
   // Both act from the next StartRender on.
-  void SetLightFactors(const LightFactorsInUse& factors);
+  void SetLightFactors(const LightFactors& factors);
   void SetSwitches(const ShadeSwitches& switches);
   void ComposeImage(bool useAntialiasData);
   // Shows the rays of the following jobs to an observer; null ends it. No job may run.
   void SetObserver(TraceObserver* observer) { observer_ = observer; }
 
   void ReadScreen(const std::function<void(const ScreenImage&)>& read) const;
-  struct PassTimes {
-    double base = 0;
-    double antialias = 0;
-  };
+  // Of the current job.
   PassTimes Times() const;
 
   std::atomic<bool> offline{false};
@@ -85,6 +82,9 @@ class FrameEngine {
   // False if the pass was left and nothing of it is shown.
   bool RunPass(const PassStep& step);
   void MarkEdges(bool clearSamples);
+  // Writes the picture of a pass and its time, so that nobody sees one without the other.
+  void Show(RenderTarget& target, double start);
+  // With the picture's lock held.
   void Compose(bool useAntialiasData);
   void ReportProgress(float value) const;
   bool LeaveRequested() const;
@@ -107,8 +107,8 @@ class FrameEngine {
   // What the next job takes over has a lock of its own: nobody who sets it waits for a scene's
   // set-up.
   mutable std::mutex settingsMutex_;
-  LightFactorsInUse lightFactors_;
-  LightFactorsInUse pendingLightFactors_;
+  LightFactors lightFactors_;
+  LightFactors pendingLightFactors_;
   ShadeSwitches switches_;
   ShadeSwitches pendingSwitches_;
   std::atomic<bool> showProgress_{false};

@@ -88,6 +88,28 @@ void Mesh::Build(RTCDevice device, RTCScene scene, std::span<const RenderMateria
 
 void Mesh::Update(RTCScene, const Vec3&) {}
 
+bool Mesh::SetLightmap(const MeshLightmap& lightmap) {
+  lightmapUvs_ = {};
+  lightmapColors_ = {};
+  lightmapPageOfTriangle_ = {};
+  if (lightmap.pages.empty() && lightmap.coords.empty() && lightmap.colors.empty()) return true;
+  const std::size_t corners = triangleCount_ * 3;
+  if (lightmap.pages.size() != triangleCount_ || lightmap.coords.size() != corners ||
+      lightmap.colors.size() != corners) {
+    return false;
+  }
+  lightmapUvs_ = AlignedArray<UvCoord>(corners);
+  lightmapColors_ = AlignedArray<PaddedVec3>(corners);
+  for (std::size_t i = 0; i < corners; ++i) {
+    lightmapUvs_[i] = {lightmap.coords[i].x(), lightmap.coords[i].y()};
+    const Vec3& color = lightmap.colors[i];
+    lightmapColors_[i] = {color.x(), color.y(), color.z(), 0};
+  }
+  lightmapPageOfTriangle_ = AlignedArray<std::int32_t>(triangleCount_);
+  std::copy(lightmap.pages.begin(), lightmap.pages.end(), lightmapPageOfTriangle_.data());
+  return true;
+}
+
 void Mesh::FillArrays(std::span<const RenderMaterial> materials) {
   vertexCount_ = stagingVertices_.size();
   triangleCount_ = stagingMaterials_.size();

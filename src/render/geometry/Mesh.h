@@ -10,6 +10,7 @@
 #include "core/SceneRecords.h"
 #include "core/Vec.h"
 #include "render/geometry/AlignedArray.h"
+#include "render/geometry/MeshLightmap.h"
 
 namespace qv {
 
@@ -82,6 +83,10 @@ class Mesh {
   // Prepares the geometry for a frame seen along `viewDirection`. Before the scene's commit.
   virtual void Update(RTCScene scene, const Vec3& viewDirection);
   virtual bool IsStatic() const = 0;
+
+  // Replaces the lightmap of a built mesh; an empty one takes it away. False, and no lightmap, if
+  // the numbers of corners or triangles are not those of the mesh.
+  bool SetLightmap(const MeshLightmap& lightmap);
 
   // The vertices as they are traced and shaded.
   virtual const PaddedVec3* Positions() const { return positions_.data(); }

@@ -143,10 +143,21 @@ void RenderScene::Clear() {
   lights_.clear();
   lemLights_.clear();
   materials_.clear();
+  lightmapPages_.clear();
   triangleCount_ = 0;
   materialCount_ = 0;
   bounds_ = {Vec3::Constant(std::numeric_limits<float>::max()),
              Vec3::Constant(std::numeric_limits<float>::min())};
+}
+
+bool RenderScene::SetMeshLightmap(std::size_t mesh, const MeshLightmap& lightmap) {
+  return mesh < meshes_.size() && meshes_[mesh]->GeometryId() != Mesh::kNoGeometry &&
+         meshes_[mesh]->SetLightmap(lightmap);
+}
+
+void RenderScene::ClearLightmaps() {
+  lightmapPages_.clear();
+  for (const auto& mesh : meshes_) mesh->SetLightmap({});
 }
 
 void RenderScene::MeasureBounds() {

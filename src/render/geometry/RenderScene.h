@@ -7,23 +7,19 @@
 #include <memory>
 #include <shared_mutex>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "core/SceneRecords.h"
 #include "core/Vec.h"
 #include "render/geometry/Mesh.h"
+#include "render/geometry/ViewBounds.h"
 #include "render/light/RenderLEMLight.h"
 #include "render/light/RenderLight.h"
+#include "render/material/LightmapPage.h"
 #include "render/material/RenderMaterial.h"
 
 namespace qv {
-
-// Six floats: the box around the model. The maximum starts at the smallest positive float, so a
-// model that lies entirely below zero on an axis reports that value as its maximum there.
-struct SceneBounds {
-  Vec3 minimum;
-  Vec3 maximum;
-};
 
 // The model as the renderer holds it. Filled on the link's thread while no job runs; during a pass
 // everything is read-only.
@@ -51,6 +47,14 @@ class RenderScene {
   void CommitForFrame(const Vec3& viewDirection);
   void Clear();
 
+  // Baked light, while no job runs. A page whose texels are not as many as its size says, and a
+  // page that is not there, give no light.
+  void SetLightmapPages(std::vector<LightmapPage> pages) { lightmapPages_ = std::move(pages); }
+  // False if there is no such built mesh, or the lightmap does not fit it.
+  bool SetMeshLightmap(std::size_t mesh, const MeshLightmap& lightmap);
+  // Takes away the pages and the lightmaps of all meshes.
+  void ClearLightmaps();
+
   // Light 0: the sun. Render thread, between passes.
   void SetSun(const RenderLight& sun) {
     if (!lights_.empty()) lights_.front() = sun;
@@ -59,9 +63,10 @@ class RenderScene {
   const std::vector<RenderLight>& Lights() const { return lights_; }
   const std::vector<RenderLEMLight>& LEMLights() const { return lemLights_; }
   const std::vector<RenderMaterial>& Materials() const { return materials_; }
+  const std::vector<LightmapPage>& LightmapPages() const { return lightmapPages_; }
   // The position in this list is the geometry identifier of a hit.
   const std::vector<std::shared_ptr<Mesh>>& Meshes() const { return meshes_; }
-  const SceneBounds& Bounds() const { return bounds_; }
+  const ViewBounds& Bounds() const { return bounds_; }
   // Of the scene as it was built last. Any thread.
   std::int32_t TriangleCount() const { return triangleCount_; }
   std::int32_t MaterialCount() const { return materialCount_; }
@@ -81,7 +86,8 @@ class RenderScene {
   std::vector<RenderLight> lights_;
   std::vector<RenderLEMLight> lemLights_;
   std::vector<RenderMaterial> materials_;
-  SceneBounds bounds_;
+  std::vector<LightmapPage> lightmapPages_;
+  ViewBounds bounds_;
   std::atomic<std::int32_t> triangleCount_{0};
   std::atomic<std::int32_t> materialCount_{0};
   RTCScene embreeScene_ = nullptr;

@@ -11,20 +11,6 @@ namespace qv {
 namespace {
 
 constexpr float kFull = 255.0f;
-constexpr float kInfinity = std::numeric_limits<float>::infinity();
-
-// Finite floats and infinities in their order as integers, and back.
-std::int64_t OrdinalOf(float v) {
-  const auto bits = std::bit_cast<std::uint32_t>(v);
-  const auto magnitude = static_cast<std::int64_t>(bits & 0x7fffffffu);
-  return bits >> 31 ? -magnitude : magnitude;
-}
-
-float FloatOf(std::int64_t ordinal) {
-  const auto magnitude = static_cast<std::uint32_t>(ordinal < 0 ? -ordinal : ordinal);
-  return std::bit_cast<float>(ordinal < 0 ? magnitude | 0x80000000u : magnitude);
-}
-
 }  // namespace
 
 Adjustment::Adjustment(float brightness, float contrast, float gamma)
@@ -48,48 +34,69 @@ std::uint8_t Adjustment::AdjustToByte(float c) const {
 void Adjustment::AdjustRow(const float* in, std::size_t count, std::uint8_t* out) const {
   if (IsLinear()) {
     AdjustLinear(in, count, scale_, offset_, out);
-  } else if (first_.empty()) {
+  } else if (table_.cells.empty()) {
     std::transform(in, in + count, out, [this](float c) { return AdjustToByte(c); });
   } else {
-    std::transform(in, in + count, out, [this](float c) { return LookUp(c); });
+    AdjustByTable(in, count, scale_, offset_, table_, out);
   }
 }
 
-// Without a table where the byte does not grow with the value: a gamma that is negative or no
-// number, or a range too narrow or too wide.
-void Adjustment::FillTable() {
-  if (!(exponent_ > 0) || !std::isfinite(exponent_)) return;
-  least_.front() = -kInfinity;
-  least_.back() = kInfinity;
-  for (int byte = 1; byte < 256; ++byte) {
-    std::int64_t below = OrdinalOf(-kInfinity);
-    std::int64_t reaches = OrdinalOf(kInfinity);
-    while (reaches - below > 1) {
-      const std::int64_t middle = below + (reaches - below) / 2;
-      (AdjustToByte(FloatOf(middle)) >= byte ? reaches : below) = middle;
+// The bits of the least value of at least 0 that gives each byte. Bits of positive floats are in
+// the order of the floats.
+std::array<std::uint32_t, 256> Adjustment::LeastOfEachByte() const {
+  constexpr auto kInfinity = std::bit_cast<std::uint32_t>(std::numeric_limits<float>::infinity());
+  std::array<std::uint32_t, 256> least{};
+  for (std::size_t byte = 1; byte < least.size(); ++byte) {
+    std::uint32_t below = least[byte - 1];
+    std::uint32_t reaches = kInfinity;
+    while (below < reaches) {
+      const std::uint32_t middle = below + (reaches - below) / 2;
+      const float power = std::pow(std::bit_cast<float>(middle), exponent_) * kFull;
+      if (ToByte(std::min(kFull, power)) >= byte) {
+        reaches = middle;
+      } else {
+        below = middle + 1;
+      }
     }
-    least_[byte] = FloatOf(reaches);
+    least[byte] = reaches;
   }
-  const float range = least_[255] - least_[1];
-  if (!(range > 0) || !std::isfinite(range)) return;
-  perStep_ = static_cast<float>(kSteps) / range;
-  if (!std::isfinite(perStep_)) return;
-  first_.resize(kSteps + 1);
-  int byte = 1;
-  for (int i = 0; i <= kSteps; ++i) {
-    // One step lower than it lies, so that rounding never skips a byte.
-    const float start = least_[1] + static_cast<float>(i - 1) / perStep_;
-    while (byte < 255 && least_[byte + 1] <= start) ++byte;
-    first_[i] = static_cast<std::uint8_t>(byte);
-  }
+  return least;
 }
 
-std::uint8_t Adjustment::LookUp(float c) const {
-  if (!(c >= least_[1])) return 0;
-  if (c >= least_[255]) return 255;
-  int byte = first_[static_cast<int>((c - least_[1]) * perStep_)];
-  while (c >= least_[byte + 1]) ++byte;
-  return static_cast<std::uint8_t>(byte);
+// No table where the byte does not grow with the value, that is, with a gamma that is negative or
+// no number, and for powers so steep or so flat that it would be huge.
+void Adjustment::FillTable() {
+  constexpr int kMantissaBits = 23;
+  constexpr std::uint32_t kMostCells = 1 << 16;
+  if (!(exponent_ > 0) || !std::isfinite(exponent_)) return;
+  const auto least = LeastOfEachByte();
+  table_.low = std::bit_cast<float>(least[1]);
+  table_.high = std::bit_cast<float>(least[255]);
+  if (!std::isnormal(table_.low) || !std::isnormal(table_.high)) return;
+
+  const auto holdsOneStepACell = [&](int shift) {
+    for (std::size_t byte = 3; byte < least.size(); ++byte) {
+      if (least[byte] >> shift == least[byte - 1] >> shift) return false;
+    }
+    return true;
+  };
+  int shift = kMantissaBits;
+  while (shift > 0 && !holdsOneStepACell(shift)) --shift;
+  const std::uint32_t first = least[1] >> shift;
+  const std::uint32_t count = (least[255] >> shift) - first + 1;
+  if (shift == 0 || count > kMostCells) return;
+
+  table_.shift = shift;
+  table_.firstCell = first;
+  table_.cells.resize(count);
+  std::size_t byte = 1;
+  for (std::uint32_t i = 0; i < count; ++i) {
+    const std::uint32_t start = std::max((first + i) << shift, least[1]);
+    while (byte < 255 && least[byte + 1] <= start) ++byte;
+    const bool steps = byte < 255 && least[byte + 1] >> shift == first + i;
+    const std::uint32_t within = (1u << shift) - 1;
+    table_.cells[i] = ByteTable::Cell(byte, steps ? least[byte + 1] & within : within + 1);
+  }
 }
 
 std::uint8_t ToByte(float v) {

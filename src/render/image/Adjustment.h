@@ -3,7 +3,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+
+#include "render/image/PixelOps.h"
 
 namespace qv {
 
@@ -23,19 +24,12 @@ class Adjustment {
  private:
   bool IsLinear() const { return exponent_ == 1.0f; }
   void FillTable();
-  std::uint8_t LookUp(float c) const;
+  std::array<std::uint32_t, 256> LeastOfEachByte() const;
 
-  float scale_;     // 2^(2 contrast)
-  float offset_;    // brightness
-  float exponent_;  // 1 / gamma
-
-  // A power for each channel of each pixel would cost more than the rays. The byte only grows with
-  // the value, so the least value that gives each byte says it all; `first_` tells for even steps
-  // between the first and the last of them where to begin.
-  static constexpr int kSteps = 4096;
-  std::array<float, 257> least_{};
-  std::vector<std::uint8_t> first_;
-  float perStep_ = 0;
+  float scale_;      // 2^(2 contrast)
+  float offset_;     // brightness
+  float exponent_;   // 1 / gamma
+  ByteTable table_;  // of the power; without cells where there is none
 };
 
 // The byte of a value from 0 to 255, truncated; NaN gives 0.

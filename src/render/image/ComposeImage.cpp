@@ -1,22 +1,15 @@
 #include "render/image/ComposeImage.h"
 
-#include <utility>
-
 #include "render/image/ParallelRows.h"
 #include "render/image/PixelOps.h"
 
 namespace qv {
 namespace {
 
-// Red, green, blue bytes to blue, green, red.
-void SwapRedAndBlue(std::uint8_t* row, int width) {
-  for (int x = 0; x < width; ++x, row += 3) std::swap(row[0], row[2]);
-}
-
 void ComposeAdjustedRow(const float* from, int width, const Adjustment& adjustment,
                         std::uint8_t* to) {
   adjustment.AdjustRow(from, 3 * static_cast<std::size_t>(width), to);
-  SwapRedAndBlue(to, width);
+  SwapRedAndBlue(to, static_cast<std::size_t>(width));
 }
 
 // The mean of the adjusted samples, not of the linear ones: what the eye sees at the edge of a
@@ -43,7 +36,7 @@ void ComposePreview(const RenderTarget& base, int threads, ScreenImage& screen) 
   ForBandsOfRows(base.height(), threads, [&](int first, int last) {
     for (int y = first; y < last; ++y) {
       TakeLowBytes(base.Row(y), 3 * static_cast<std::size_t>(base.width()), screen.Row(y));
-      SwapRedAndBlue(screen.Row(y), base.width());
+      SwapRedAndBlue(screen.Row(y), static_cast<std::size_t>(base.width()));
     }
   });
 }

@@ -1,5 +1,7 @@
 #include "render/image/PixelOps.h"
 
+#include <utility>
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "render/image/PixelOps.cpp"
 #include <hwy/foreach_target.h>
@@ -34,20 +36,57 @@ HWY_INLINE void ForRow(const float* in, std::size_t count, std::uint8_t* out,
   for (std::size_t k = i; k < count; ++k) out[k] = bytes[k - i];
 }
 
+HWY_INLINE V BrightnessAndContrast(V c, float scale, float offset) {
+  const Floats d;
+  const V half = hn::Set(d, 0.5f);
+  return hn::Add(hn::Add(hn::Mul(hn::Sub(c, half), hn::Set(d, scale)), half), hn::Set(d, offset));
+}
+
 void AdjustLinear(const float* in, std::size_t count, float scale, float offset,
                   std::uint8_t* out) {
   const Floats d;
   const V full = hn::Set(d, 255.0f);
   ForRow(in, count, out, [&](V c) HWY_ATTR {
-    const V half = hn::Set(d, 0.5f);
-    const V v =
-        hn::Add(hn::Add(hn::Mul(hn::Sub(c, half), hn::Set(d, scale)), half), hn::Set(d, offset));
-    const V w = hn::Mul(v, full);
+    const V w = hn::Mul(BrightnessAndContrast(c, scale, offset), full);
     // Comparisons, so that NaN becomes 0.
     const V limited =
         hn::IfThenElseZero(hn::Gt(w, hn::Zero(d)), hn::IfThenElse(hn::Lt(w, full), w, full));
     return hn::BitCast(hn::RebindToUnsigned<Ints>(), hn::ConvertTo(Ints(), limited));
   });
+}
+
+void AdjustByTable(const float* in, std::size_t count, float scale, float offset,
+                   const ByteTable& table, std::uint8_t* out) {
+  using Words = hn::RebindToUnsigned<Ints>;
+  const Floats d;
+  const Words du;
+  const V low = hn::Set(d, table.low);
+  const V high = hn::Set(d, table.high);
+  const auto firstCell = hn::Set(du, table.firstCell);
+  const auto within = hn::Set(du, (1u << table.shift) - 1);
+  ForRow(in, count, out, [&](V c) HWY_ATTR {
+    const V v = BrightnessAndContrast(c, scale, offset);
+    // Comparisons, so that NaN becomes 0.
+    const auto reached = hn::Ge(v, low);
+    const V limited = hn::IfThenElse(reached, hn::IfThenElse(hn::Lt(v, high), v, high), low);
+    const auto bits = hn::BitCast(du, limited);
+    const auto cell = hn::Sub(hn::ShiftRightSame(bits, table.shift), firstCell);
+    const auto entry = hn::GatherIndex(du, table.cells.data(), hn::BitCast(Ints(), cell));
+    const auto byte = hn::ShiftRight<24>(hn::Add(entry, hn::And(bits, within)));
+    return hn::IfThenElseZero(hn::RebindMask(du, reached), byte);
+  });
+}
+
+void SwapRedAndBlue(std::uint8_t* row, std::size_t pixels) {
+  const hn::ScalableTag<std::uint8_t> d;
+  const std::size_t n = hn::Lanes(d);
+  std::size_t i = 0;
+  for (; i + n <= pixels; i += n) {
+    hn::Vec<decltype(d)> first, second, third;
+    hn::LoadInterleaved3(d, row + 3 * i, first, second, third);
+    hn::StoreInterleaved3(third, second, first, d, row + 3 * i);
+  }
+  for (; i < pixels; ++i) std::swap(row[3 * i], row[3 * i + 2]);
 }
 
 void TakeLowBytes(const float* in, std::size_t count, std::uint8_t* out) {
@@ -70,10 +109,21 @@ namespace qv {
 
 HWY_EXPORT(AdjustLinear);
 HWY_EXPORT(TakeLowBytes);
+HWY_EXPORT(AdjustByTable);
+HWY_EXPORT(SwapRedAndBlue);
 
 void AdjustLinear(const float* in, std::size_t count, float scale, float offset,
                   std::uint8_t* out) {
   HWY_DYNAMIC_DISPATCH(AdjustLinear)(in, count, scale, offset, out);
+}
+
+void AdjustByTable(const float* in, std::size_t count, float scale, float offset,
+                   const ByteTable& table, std::uint8_t* out) {
+  HWY_DYNAMIC_DISPATCH(AdjustByTable)(in, count, scale, offset, table, out);
+}
+
+void SwapRedAndBlue(std::uint8_t* row, std::size_t pixels) {
+  HWY_DYNAMIC_DISPATCH(SwapRedAndBlue)(row, pixels);
 }
 
 void TakeLowBytes(const float* in, std::size_t count, std::uint8_t* out) {

@@ -1,6 +1,7 @@
 #include <cmath>
 #include <limits>
 
+#include "render/material/LightmapPage.h"
 #include "render/material/TextureSampling.h"
 #include "render/shade/ShadePacket.h"
 
@@ -49,6 +50,32 @@ void InterpolateTexCoords(const SurfaceSide& s, RayPacket& packet, int lane) {
   const float w = 1 - u - v;
   packet.texU[lane] = w * uv0[0] + u * uv1[0] + v * uv2[0];
   packet.texV[lane] = w * uv0[1] + u * uv1[1] + v * uv2[1];
+}
+
+// The baked light at the hit: what the corners hold and what the page holds. Read only where the
+// mesh has a lightmap.
+void FetchLightmap(const RenderScene& scene, const SurfaceSide& s, RayPacket& packet, int lane) {
+  for (auto& channel : packet.lightmap) channel[lane] = 0;
+  if (s.mesh->LightmapCoords() == nullptr) return;
+  const UvCoord* uv = s.mesh->LightmapCoords() + s.triangle * 3;
+  const PaddedVec3* color = s.mesh->LightmapColors() + s.triangle * 3;
+  const float u = packet.hitU[lane];
+  const float v = packet.hitV[lane];
+  const float w = 1 - u - v;
+  packet.lightmapU[lane] = w * uv[0].u + u * uv[1].u + v * uv[2].u;
+  packet.lightmapV[lane] = w * uv[0].v + u * uv[1].v + v * uv[2].v;
+  packet.lightmap[0][lane] = w * color[0].x + u * color[1].x + v * color[2].x;
+  packet.lightmap[1][lane] = w * color[0].y + u * color[1].y + v * color[2].y;
+  packet.lightmap[2][lane] = w * color[0].z + u * color[1].z + v * color[2].z;
+
+  const std::int32_t number = s.mesh->LightmapPages()[s.triangle];
+  packet.lightmapPage[lane] = number;
+  const auto& pages = scene.LightmapPages();
+  if (number < 0 || static_cast<std::size_t>(number) >= pages.size()) return;
+  const LightmapPage& page = pages[static_cast<std::size_t>(number)];
+  if (!page.IsWhole()) return;
+  const LightmapColor texel = SampleLightmap(page, packet.lightmapU[lane], packet.lightmapV[lane]);
+  for (int c = 0; c < 3; ++c) packet.lightmap[c][lane] += texel.c[c];
 }
 
 // A kind above 1 stands for that many rays and one.
@@ -150,6 +177,7 @@ void FetchMaterial(const ShadeInputs& in, RayPacket& packet, bool forceMirror) {
     FetchFactors(*s.material, packet, lane, forceMirror);
     FetchIndices(*s.material, packet, lane);
     FetchDiffuse(in, s, packet, lane);
+    if (in.switches.useLightmap) FetchLightmap(*in.scene, s, packet, lane);
     FetchOpacity(*s.material, packet, lane);
   }
 }

@@ -20,14 +20,20 @@ bool ShownWhenStill(RenderPass pass) {
   return pass == PassFull || pass == PassAntialias;
 }
 
+// color += factor * weight * diffuse * light, each lane under a light of its own
+void AddLight(const LaneInts& mask, float factor, const LaneFloats& weight,
+              const LaneFloats (&light)[3], RayPacket& packet) {
+  alignas(64) LaneFloats scaled;
+  for (int lane = 0; lane < kLanes; ++lane) scaled[lane] = factor * weight[lane];
+  AddProducts(packet.color, mask, scaled, packet.diffuse, light);
+}
+
 // The ambient light comes from where the surface faces.
 void AddSkyAmbient(const ShadeInputs& in, const LaneInts& mask, float factor,
                    const LaneFloats& weight, RayPacket& packet) {
   alignas(64) LaneFloats sky[3];
-  alignas(64) LaneFloats scaled;
   SampleCube(*in.background, packet.normal, mask, sky);
-  for (int lane = 0; lane < kLanes; ++lane) scaled[lane] = factor * weight[lane];
-  AddProducts(packet.color, mask, scaled, packet.diffuse, sky);
+  AddLight(mask, factor, weight, sky, packet);
 }
 
 // color += factor * weight * diffuse * ambient colour
@@ -67,6 +73,20 @@ void AddOccludedAmbient(const ShadeInputs& in, const LaneFloats& weight, RayPack
   AddAmbient(in, packet.geometry, kAmbientWeight * in.factors.ambient, occluded, packet);
 }
 
+// Baked light in place of the ambient light; a mesh without a lightmap has the whole ambient light.
+void AddBakedLight(const ShadeInputs& in, const LaneFloats& weight, RayPacket& packet) {
+  alignas(64) LaneInts baked;
+  alignas(64) LaneInts open;
+  for (int lane = 0; lane < kLanes; ++lane) {
+    const std::int32_t geometry = packet.geometry[lane];
+    const bool has = geometry >= 0 && in.scene->Meshes()[geometry]->LightmapCoords() != nullptr;
+    baked[lane] = has ? 0 : -1;
+    open[lane] = geometry >= 0 && !has ? 0 : -1;
+  }
+  AddAmbient(in, open, kAmbientWeight * in.factors.ambient, weight, packet);
+  AddLight(baked, in.factors.ambient, weight, packet.lightmap, packet);
+}
+
 // Without the factor of the light panel: so it stands.
 void AddPlainAmbient(const ShadeInputs& in, const LaneFloats& weight, RayPacket& packet) {
   if (in.pass == PassPreview) {
@@ -81,7 +101,10 @@ void AddPlainAmbient(const ShadeInputs& in, const LaneFloats& weight, RayPacket&
 void ShadeAmbient(const ShadeInputs& in, RayPacket& packet, ShadeThread& thread, int depth) {
   alignas(64) LaneFloats weight;
   Products(packet.throughput, packet.alpha, packet.geometry, weight);
-  if (ShownWhenStill(in.pass) && in.switches.useAmbientOcclusion && depth < kOcclusionDepth) {
+  if (ShownWhenStill(in.pass) && in.switches.useLightmap) {
+    AddBakedLight(in, weight, packet);
+  } else if (ShownWhenStill(in.pass) && in.switches.useAmbientOcclusion &&
+             depth < kOcclusionDepth) {
     AddOccludedAmbient(in, weight, packet, thread);
   } else {
     AddPlainAmbient(in, weight, packet);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/LightFactors.h"
 #include "render/RenderModes.h"
 #include "render/geometry/RenderScene.h"
 #include "render/shade/SampleDirections.h"
@@ -8,16 +9,12 @@
 
 namespace qv {
 
-// What multiplies the kinds of light: taken over by a job when it starts.
-struct LightFactorsInUse {
-  float sun = 1, ambient = 1, point = 1, lem = 1;
-  bool useSkyColorForAmbient = false;
-};
-
-// What the user has switched on; taken over with the factors.
+// What is switched on; taken over by a job when it starts, with the factors.
 struct ShadeSwitches {
   bool useAmbientOcclusion = true;
   bool useLEM = false;
+  bool useLightmap = false;     // baked light stands in for the ambient light
+  bool lightmapHasLEM = false;  // and holds the light of the LEM lights
 };
 
 // All that shading reads besides the packets; constant while a pass runs.
@@ -27,7 +24,7 @@ struct ShadeInputs {
   const SampleDirections* directions = nullptr;
   TraceTarget trace;
   RenderPass pass = PassFull;
-  LightFactorsInUse factors;
+  LightFactors factors;
   ShadeSwitches switches;
   float footprintScale = 0;  // field of view / height of the base picture
 };

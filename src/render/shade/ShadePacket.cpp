@@ -83,7 +83,7 @@ void ShadePacket(const ShadeInputs& in, RayPacket& packet, ShadeThread& thread, 
     ShadeAmbient(in, packet, thread, depth);
     if (in.pass != PassPreview) {
       ShadeDirect(in, packet);
-      ShadeLEM(in, packet);
+      if (!(in.switches.useLightmap && in.switches.lightmapHasLEM)) ShadeLEM(in, packet);
     }
 
     if (AnyActive(packet.transmitKind)) {

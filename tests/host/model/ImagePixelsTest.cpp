@@ -94,6 +94,36 @@ TEST_F(Images, OpacityMapOfAMaterialGoesIntoItsTexture) {
   EXPECT_EQ(At(*texture, 1), (Rgba{6, 5, 4, 0}));
 }
 
+// A mask of 16 bits, and a picture that is cut off: what is sound stays.
+TEST_F(Images, UnusualAndSpoiltFilesOfAMaterial) {
+  FIBITMAP* mask = FreeImage_AllocateT(FIT_UINT16, 2, 1, 16);
+  reinterpret_cast<WORD*>(FreeImage_GetScanLine(mask, 0))[0] = 0x80FF;
+  ASSERT_TRUE(FreeImage_Save(FIF_PNG, mask, (folder() / "mask.png").string().c_str(), 0));
+  FreeImage_Unload(mask);
+  ASSERT_TRUE(Save(Row({1, 2, 3, 255}, {4, 5, 6, 255}), folder() / "color.png"));
+  std::filesystem::copy_file(folder() / "color.png", folder() / "cut.png");
+  std::filesystem::resize_file(folder() / "cut.png", 45);
+  Write("model.mtl",
+        "newmtl a\nKd 0 1 0\nmap_Kd color.png\nmap_d mask.png\n"
+        "newmtl b\nKd 0 1 0\nmap_Kd cut.png\nmap_d mask.png\n"
+        "newmtl c\nmap_Kd color.png\nmap_d cut.png\n");
+  const Scene scene = Load(Write("model.obj",
+                                 "mtllib model.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\n"
+                                 "usemtl a\nf 1/1 2/1 3/1\nusemtl b\nf 1/1 2/1 3/1\n"
+                                 "usemtl c\nf 1/1 2/1 3/1\n"));
+  ASSERT_EQ(scene.materials.size(), 3u);
+  const auto masked = LoadPixels(scene.materials[0].texturePath);
+  ASSERT_TRUE(masked);
+  EXPECT_EQ(At(*masked, 0).alpha, 0x80);
+  EXPECT_EQ(At(*masked, 1).alpha, 0);
+  EXPECT_FALSE(scene.materials[1].hasTexture);
+  EXPECT_TRUE(scene.materials[1].diffuseColor.isApprox(Vec3(0, 1, 0)));
+  const auto unmasked = LoadPixels(scene.materials[2].texturePath);
+  ASSERT_TRUE(unmasked);
+  EXPECT_EQ(At(*unmasked, 0), (Rgba{3, 2, 1, 255}));
+  EXPECT_EQ(scene.warnings.size(), 1u);
+}
+
 TEST_F(Images, NoImageIsReadFromOtherFiles) {
   EXPECT_FALSE(IsReadableImage(Write("text.txt", "nothing")));
   EXPECT_FALSE(LoadPixels(Write("broken.png", "\x89PNG but not really")));

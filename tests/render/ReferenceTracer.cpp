@@ -1,0 +1,522 @@
+#include "ReferenceTracer.h"
+
+#include <Eigen/Geometry>
+#include <Eigen/LU>
+#include <cmath>
+#include <limits>
+
+namespace qv::test {
+namespace {
+
+using V = ReferenceTracer::V;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+V VectorOf(const float* v) {
+  return {v[0], v[1], v[2]};
+}
+
+V Mirrored(const V& d, const V& n) {
+  return d - 2 * d.dot(n) * n;
+}
+
+// The turn by the shortest way from +z to `to`, by Rodrigues' formula; half a turn about x for -z.
+V TurnedFromUp(const V& v, const V& to) {
+  const V axis = V::UnitZ().cross(to);
+  const double sine = axis.norm();
+  if (to.z() < 0 && sine < 1e-6) return {v.x(), -v.y(), -v.z()};
+  if (sine == 0) return v;
+  return Eigen::AngleAxisd(std::atan2(sine, to.z()), axis / sine) * v;
+}
+
+bool AnyReaches(const V& light, double least) {
+  return light.maxCoeff() >= least;
+}
+
+}  // namespace
+
+ReferenceTracer::ReferenceTracer(const SceneBuilder& builder, const TracedScene& traced)
+    : builder_(builder), traced_(traced) {
+  for (std::size_t mesh = 0; mesh < builder.meshes.size(); ++mesh) {
+    for (std::size_t i = 0; i < builder.meshes[mesh].triangles.size(); ++i) {
+      AddTriangle(builder, mesh, i);
+    }
+  }
+}
+
+void ReferenceTracer::AddTriangle(const SceneBuilder& builder, std::size_t mesh,
+                                  std::size_t number) {
+  const SceneMesh& from = builder.meshes[mesh];
+  const MeshTriangle& indices = from.triangles[number];
+  Triangle t;
+  t.mesh = mesh;
+  t.number = number;
+  t.material[0] = indices.materialWord & 0xffff;
+  t.material[1] = indices.materialWord >> 16;
+  for (int k = 0; k < 3; ++k) {
+    const MeshVertex& vertex = from.vertices[static_cast<std::size_t>(indices.vertex[k])];
+    t.p[k] = VectorOf(vertex.position);
+    t.n[k] = VectorOf(vertex.normal).normalized();
+    for (int i = 0; i < 2; ++i) {
+      t.uv[0][k][i] = vertex.frontUv[i];
+      t.uv[1][k][i] = vertex.backUv[i];
+    }
+  }
+  for (int side = 0; side < 2; ++side) {
+    const auto& uv = t.uv[side];
+    const RenderMaterial& material = traced_.scene.Materials()[t.material[side]];
+    const Eigen::Vector2d first(uv[1][0] - uv[0][0], uv[1][1] - uv[0][1]);
+    const Eigen::Vector2d second(uv[2][0] - uv[0][0], uv[2][1] - uv[0][1]);
+    t.texels[side] = 1;
+    if (material.hasTexture) {
+      const TextureMip& top = material.texture.mips[0];
+      t.texels[side] =
+          std::hypot(first.x() * top.width, first.y() * top.height) / (t.p[1] - t.p[0]).norm();
+    }
+    // Edges are sums of the steps of u and of v times how the place changes with them.
+    Eigen::Matrix2d steps;
+    steps << first.transpose(), second.transpose();
+    Eigen::Matrix<double, 2, 3> edges;
+    edges << (t.p[1] - t.p[0]).transpose(), (t.p[2] - t.p[0]).transpose();
+    const bool flat = std::abs(steps.determinant()) < 1e-10;
+    const Eigen::Matrix<double, 2, 3> change =
+        flat ? Eigen::Matrix<double, 2, 3>::Zero().eval() : (steps.inverse() * edges).eval();
+    t.tangent[side] = V(change.row(0)).normalized();
+    t.bitangent[side] = V(change.row(1)).normalized();
+  }
+  triangles_.push_back(t);
+}
+
+// Möller and Trumbore, "Fast, minimum storage ray/triangle intersection" (1997).
+bool ReferenceTracer::Meet(const Triangle& triangle, const V& origin, const V& direction,
+                           Hit& hit) {
+  const V e1 = triangle.p[1] - triangle.p[0];
+  const V e2 = triangle.p[2] - triangle.p[0];
+  const V p = direction.cross(e2);
+  const double determinant = e1.dot(p);
+  if (determinant == 0) return false;
+  const V s = origin - triangle.p[0];
+  const double u = s.dot(p) / determinant;
+  if (u < 0 || u > 1) return false;
+  const V q = s.cross(e1);
+  const double v = direction.dot(q) / determinant;
+  const double t = e2.dot(q) / determinant;
+  if (v < 0 || u + v > 1 || t <= 0) return false;
+  hit = {&triangle, t, u, v};
+  return true;
+}
+
+void ReferenceTracer::Trace(Path& path) const {
+  path.hit = {};
+  Hit hit;
+  for (const Triangle& triangle : triangles_) {
+    if (Meet(triangle, path.origin, path.direction, hit) &&
+        (path.hit.triangle == nullptr || hit.t < path.hit.t)) {
+      path.hit = hit;
+    }
+  }
+  if (path.hit.triangle == nullptr) return;
+  path.t = path.hit.t;
+  path.origin += (path.t - 0.1) * path.direction;
+}
+
+double ReferenceTracer::Light(const V& origin, const V& direction, double reach) {
+  double left = 1;
+  Hit hit;
+  for (const Triangle& triangle : triangles_) {
+    if (!Meet(triangle, origin, direction, hit) || hit.t >= reach) continue;
+    const RenderMaterial& material = traced_.scene.Materials()[triangle.material[0]];
+    double opacity = material.opacity;
+    if (material.hasTexture && material.texture.hasAlpha) {
+      Visit("shadow of an alpha texture");
+      const auto& uv = triangle.uv[0];
+      const double w = 1 - hit.u - hit.v;
+      const double footprint = traced_.in.footprintScale * hit.t * triangle.texels[0];
+      opacity *=
+          Blend(material.texture, footprint, w * uv[0][0] + hit.u * uv[1][0] + hit.v * uv[2][0],
+                1 - (w * uv[0][1] + hit.u * uv[1][1] + hit.v * uv[2][1]))
+              .c[3];
+    }
+    left *= 1 - opacity;
+    if (left < 0.01) return 0;
+    Visit("shadow that lets light through");
+  }
+  return left;
+}
+
+V ReferenceTracer::Sky(const V& direction) const {
+  return traced_.sky.Sample(direction.cast<float>()).cast<double>();
+}
+
+V ReferenceTracer::Color(const Ray& ray, RenderPass pass, int lane) {
+  pass_ = pass;
+  lane_ = lane;
+  draws_ = 0;
+  Path path{
+      ray.origin.cast<double>(), ray.direction.cast<double>().normalized(), kInfinity, 0, 1, 1, {}};
+  Trace(path);
+  return Shade(path, 0, false);
+}
+
+V ReferenceTracer::Shade(Path path, int depth, bool forceMirror) {
+  V color = V::Zero();
+  while (true) {
+    if (path.hit.triangle == nullptr) {
+      Visit(path.t > 0 ? "background" : "background of a faint ray");
+      if (path.t > 0) color += path.throughput * Sky(path.direction);
+      return color;
+    }
+    path.distance += path.t;
+    path.direction.normalize();
+    const Surface s = Fetch(path, forceMirror);
+    color += Ambient(s, depth);
+    if (pass_ != PassPreview) {
+      color += Direct(s);
+      if (traced_.in.switches.useLightmap && traced_.in.switches.lightmapHasLEM) {
+        Visit("emitters in the lightmap");
+      } else {
+        color += Emitters(s);
+      }
+    }
+    if (s.transmitKind > 0) {
+      if (depth == 10) {
+        Visit("depth 10 behind glass");
+        return color;
+      }
+      color += Through(path, s, depth, forceMirror);
+    }
+    if (s.reflectKind < 0) return color;
+    if (depth == 10 || Previewed()) {
+      Visit(depth == 10 ? "depth 10 in a mirror" : "mirror in a preview");
+      return color;
+    }
+    ++depth;
+    path.direction = Mirrored(path.direction, s.normal);
+    path.throughput *= s.material->reflectance;
+    path.iorTo = s.iorTo;
+    path.t = path.throughput >= 0.02 ? kInfinity : 0;
+    if (s.reflectKind > 1 && path.t > 0) return color + Blurred(path, s, path.throughput);
+    Visit("mirror");
+    Trace(path);
+  }
+}
+
+ReferenceTracer::Surface ReferenceTracer::Fetch(Path& path, bool forceMirror) {
+  const Triangle& triangle = *path.hit.triangle;
+  Surface s;
+  s.position = path.origin;
+  s.view = path.direction;
+  s.throughput = path.throughput;
+  const double u = path.hit.u, v = path.hit.v;
+  s.normal = ((1 - u - v) * triangle.n[0] + u * triangle.n[1] + v * triangle.n[2]).normalized();
+  s.incidence = s.view.dot(s.normal);
+  s.side = s.incidence <= 0 ? 0 : 1;
+  if (s.side == 1) {
+    Visit("back side");
+    s.incidence = -s.incidence;
+    s.normal = -s.normal;
+  }
+  const MaterialParameters& m = builder_.materials[triangle.material[s.side]];
+  s.material = &m;
+  s.reflectKind = -1;
+  if (m.reflectance > 0) {
+    const bool blurred = m.glossy > 0 && !forceMirror;
+    s.reflectKind = !blurred ? 1 : m.reflectance > 0.51f ? 7 : m.reflectance > 0.21f ? 4 : 2;
+  }
+  const bool enters = path.iorTo == 1;
+  s.iorFrom = enters ? 1 : path.iorTo;
+  s.iorTo = enters ? m.refractiveIndex : 1;
+  s.diffuse = m.diffuseColor.cast<double>();
+  s.alpha = 1;
+  if (m.hasTexture) FetchTexture(path, s);
+  s.baked = V::Zero();
+  s.hasBaked = false;
+  if (traced_.in.switches.useLightmap) FetchBaked(path, s);
+  s.transmitKind = m.opacity < 0.99f ? 1 : s.alpha < 0.99 ? 2 : -1;
+  s.alpha *= m.opacity;
+  return s;
+}
+
+void ReferenceTracer::FetchTexture(const Path& path, Surface& s) {
+  const Triangle& triangle = *path.hit.triangle;
+  const RenderTexture& texture = traced_.scene.Materials()[triangle.material[s.side]].texture;
+  const double w = 1 - path.hit.u - path.hit.v;
+  const auto& uv = triangle.uv[s.side];
+  const double u = w * uv[0][0] + path.hit.u * uv[1][0] + path.hit.v * uv[2][0];
+  const double v = 1 - (w * uv[0][1] + path.hit.u * uv[1][1] + path.hit.v * uv[2][1]);
+  const double footprint = s.incidence == 0 ? 3.40282347e+38
+                                            : traced_.in.footprintScale * path.distance *
+                                                  triangle.texels[s.side] / -s.incidence;
+  const Texel a = Blend(texture, footprint, u, v);
+  s.diffuse = V(a.c[0], a.c[1], a.c[2]);
+  s.alpha = a.c[3];
+  const double factor = s.material->bumpFactor;
+  if (factor < 0.001f) return;
+  Visit(s.side == 0 ? "relief" : "relief on the back");
+  const auto level = static_cast<std::size_t>(std::max(0.0, Log2(footprint) - 0.5));
+  const TextureMip& mip = texture.mips[std::min(level, texture.mips.size() - 1)];
+  const auto highest = [](const Texel& t) { return std::max({t.c[0], t.c[1], t.c[2]}); };
+  const double du = highest(Blend(texture, footprint, u, v + 1.0 / mip.width)) - highest(a);
+  const double dv = highest(Blend(texture, footprint, u, v + 1.0 / mip.height)) - highest(a);
+  const double turn = s.side == 1 ? -1 : 1;
+  V bent = s.normal + factor * du * triangle.tangent[s.side] +
+           factor * dv * turn * triangle.bitangent[s.side];
+  bent.normalize();
+  s.normal = s.normal.dot(bent) < 0 ? V(-bent) : bent;
+}
+
+// On the page: x and y count texels from its first, and stop at the last.
+void ReferenceTracer::FetchBaked(const Path& path, Surface& s) {
+  const Triangle& triangle = *path.hit.triangle;
+  if (triangle.mesh >= lightmaps.size() || lightmaps[triangle.mesh].pages.empty()) return;
+  const MeshLightmap& map = lightmaps[triangle.mesh];
+  s.hasBaked = true;
+  const double weight[3] = {1 - path.hit.u - path.hit.v, path.hit.u, path.hit.v};
+  Eigen::Vector2d place(0, 0);
+  for (std::size_t k = 0; k < 3; ++k) {
+    place += weight[k] * map.coords[triangle.number * 3 + k].cast<double>();
+    s.baked += weight[k] * map.colors[triangle.number * 3 + k].cast<double>();
+  }
+  const std::int32_t number = map.pages[triangle.number];
+  if (number < 0 || number >= static_cast<int>(traced_.scene.LightmapPages().size())) {
+    Visit("no lightmap page");
+    return;
+  }
+  Visit("lightmap page");
+  const LightmapPage& page = traced_.scene.LightmapPages()[static_cast<std::size_t>(number)];
+  const double x = place.x() * page.width, y = place.y() * page.height;
+  for (int dy = 0; dy < 2; ++dy) {
+    for (int dx = 0; dx < 2; ++dx) {
+      const int column = std::min(static_cast<int>(x) + dx, page.width - 1);
+      const int row = std::min(static_cast<int>(y) + dy, page.height - 1);
+      const double fx = x - std::floor(x), fy = y - std::floor(y);
+      const double share = (dx == 1 ? fx : 1 - fx) * (dy == 1 ? fy : 1 - fy);
+      const float* bgra = &page.texels[static_cast<std::size_t>(row * page.width + column) * 4];
+      s.baked += share * V(bgra[2], bgra[1], bgra[0]);
+    }
+  }
+}
+
+V ReferenceTracer::AmbientColor(const Surface& s) {
+  if (!traced_.in.factors.useSkyColorForAmbient) return {0.8784314, 0.9882353, 1};
+  Visit("ambient light of the sky");
+  return Sky(s.normal);
+}
+
+double ReferenceTracer::Openness(const Surface& s) {
+  double sum = 0.5;
+  for (const Vec3& d : traced_.in.directions->occlusion) {
+    sum += Light(s.position, TurnedFromUp(d.cast<double>(), s.normal), 20) / 128;
+  }
+  return sum;
+}
+
+V ReferenceTracer::Ambient(const Surface& s, int depth) {
+  const V light = s.throughput * s.alpha * s.diffuse;
+  const double factor = traced_.in.factors.ambient;
+  if (Final() && traced_.in.switches.useLightmap) {
+    Visit(s.hasBaked ? "baked light" : "ambient light beside a lightmap");
+    if (s.hasBaked) return factor * light.cwiseProduct(s.baked);
+    return 0.5 * factor * light.cwiseProduct(AmbientColor(s));
+  }
+  if (Final() && traced_.in.switches.useAmbientOcclusion && depth < 2) {
+    Visit("ambient occlusion");
+    return 0.5 * factor * Openness(s) * light.cwiseProduct(AmbientColor(s));
+  }
+  Visit(Final() && traced_.in.switches.useAmbientOcclusion ? "too deep for occlusion"
+                                                           : "plain ambient light");
+  if (pass_ == PassPreview) return 0.8 * light;
+  return 0.5 * light.cwiseProduct(AmbientColor(s));
+}
+
+V ReferenceTracer::Direct(const Surface& s) {
+  V color = V::Zero();
+  for (const RenderLight& light : traced_.scene.Lights()) {
+    if (light.type == LightType::kPoint) color += FromPoint(s, light);
+    if (light.type == LightType::kSpot) color += FromSpot(s, light);
+    if (light.type == LightType::kDirectional) color += FromDirection(s, light);
+    if (pass_ == PassSunPreview) break;
+  }
+  return color;
+}
+
+// `d` is the vector of the light: away from point lights, towards directional ones.
+V ReferenceTracer::Phong(const Surface& s, const RenderLight& light, const V& d, double cosine,
+                         double spot, const V& color) {
+  const MaterialParameters& m = *s.material;
+  V sum = V::Zero();
+  if (m.diffuseFactor > 0.02f) {
+    sum += cosine * s.throughput * spot * m.diffuseFactor * s.alpha * color.cwiseProduct(s.diffuse);
+  }
+  if (!(m.specularExponent > 0.05f)) return sum;
+  const double c = s.view.dot(Mirrored(d, s.normal).normalized());
+  const bool directional = light.type == LightType::kDirectional;
+  if (directional ? c <= 0 : c >= 0) return sum;
+  Visit(directional ? "highlight of the sun" : "highlight of a lamp");
+  const double w = (directional ? 1 : d.norm()) * std::pow(std::abs(c), m.specularExponent);
+  return sum +
+         w * s.throughput * spot * s.alpha * color.cwiseProduct(m.specularColor.cast<double>());
+}
+
+V ReferenceTracer::FromPoint(const Surface& s, const RenderLight& light) {
+  const V d = s.position - light.position.cast<double>();
+  const double cosine = -s.normal.dot(d);
+  if (cosine < 0.0017453292) return V::Zero();
+  const V color = light.color.cast<double>() * traced_.in.factors.point;
+  const double squared = d.squaredNorm();
+  if (!AnyReaches(cosine / squared / d.norm() * s.throughput * color, 0.0001)) {
+    Visit("negligible lamp");
+    return V::Zero();
+  }
+  const double left = Light(light.position.cast<double>(), d, 0.99999);
+  Visit(left > 0 ? "lamp" : "lamp in shadow");
+  return Phong(s, light, d, cosine, 1, left / squared * color);
+}
+
+V ReferenceTracer::FromSpot(const Surface& s, const RenderLight& light) {
+  const V d = s.position - light.position.cast<double>();
+  const double cosine = -s.normal.dot(d);
+  if (cosine <= 0) return V::Zero();
+  const V color = light.color.cast<double>() * traced_.in.factors.point;
+  const double squared = d.squaredNorm();
+  if (!AnyReaches(cosine / squared / d.norm() * color, 0.0001)) return V::Zero();
+  const double c = light.direction.cast<double>().dot(d) / d.norm();
+  const double inner = std::cos(light.innerAngle), outer = std::cos(light.outerAngle);
+  if (c < outer) {
+    Visit("outside of a spot");
+    return V::Zero();
+  }
+  double spot = 1;
+  if (c < inner && inner - outer > 0.01) {
+    Visit("penumbra of a spot");
+    const double x = (c - outer) / (inner - outer);
+    spot = (3 - 2 * x) * x * x;
+  }
+  const double left = Light(light.position.cast<double>(), d, 0.99999);
+  return Phong(s, light, d, cosine, spot, left / squared * color);
+}
+
+V ReferenceTracer::FromDirection(const Surface& s, const RenderLight& light) {
+  const V d = -light.direction.cast<double>();
+  const double cosine = d.dot(s.normal);
+  if (cosine <= 0) return V::Zero();
+  const double left = Light(s.position, d, kInfinity);
+  Visit(left > 0 ? "sun" : "sun in shadow");
+  return Phong(s, light, d, cosine, 1, left * traced_.in.factors.sun * light.color.cast<double>());
+}
+
+V ReferenceTracer::Emitters(const Surface& s) {
+  V sum = V::Zero();
+  if (!traced_.in.switches.useLEM || !(s.material->diffuseFactor > 0.02f)) return sum;
+  for (const RenderLEMLight& light : traced_.scene.LEMLights()) {
+    const std::size_t m = std::min<std::size_t>(64, light.samplePositions.size());
+    for (std::size_t i = 0; i < m; ++i) {
+      const V color = light.power.cast<double>() / static_cast<double>(m) * traced_.in.factors.lem;
+      const V from = light.samplePositions[i].cast<double>();
+      const V d = s.position - from;
+      const double cosine = -s.normal.dot(d);
+      const double emission = d.dot(light.sampleNormals[i].cast<double>());
+      if (cosine < 0.0017453292 || emission <= 0) continue;
+      const double form = cosine * emission / (d.squaredNorm() * d.squaredNorm());
+      if (!AnyReaches(form * s.throughput * color, 0.0001 / static_cast<double>(m))) continue;
+      const double left = Light(from, d, 0.99999);
+      Visit(left > 0 ? "emitter" : "emitter in shadow");
+      sum += form * s.throughput * s.material->diffuseFactor * s.alpha * left *
+             color.cwiseProduct(s.diffuse);
+    }
+    if (pass_ == PassSunPreview) break;
+  }
+  return sum;
+}
+
+// Snell's law, from the sine: the part along the surface is scaled by eta, the rest goes inwards.
+V ReferenceTracer::Through(const Path& path, const Surface& s, int depth, bool forceMirror) {
+  Path on{s.position + 0.2 * s.view,       s.view,  kInfinity, path.distance,
+          (1 - s.alpha) * path.throughput, s.iorTo, {}};
+  if (s.transmitKind == 1) {
+    const double eta = s.iorFrom / s.iorTo;
+    const V along = eta * (s.view - s.view.dot(s.normal) * s.normal);
+    if (along.squaredNorm() > 0.99999) {
+      Visit("total reflection");
+      return V::Zero();
+    }
+    Visit(eta == 1 ? "glass that does not bend" : eta < 1 ? "into glass" : "out of glass");
+    on.direction = (along - std::sqrt(1 - along.squaredNorm()) * s.normal).normalized();
+  } else {
+    Visit("through an alpha texture");
+  }
+  Trace(on);
+  if (Previewed() && depth > 0) {
+    Visit("depth 1 in a preview");
+    return V::Zero();
+  }
+  return Shade(on, depth + 1, forceMirror);
+}
+
+V ReferenceTracer::Blurred(const Path& path, const Surface& s, double throughput) {
+  V sum = V::Zero();
+  const int rays = s.reflectKind - 1;
+  Visit(rays == 1 ? "blurred, 1 ray" : rays == 3 ? "blurred, 3 rays" : "blurred, 6 rays");
+  for (int round = 0; round < 6; ++round) {
+    const std::size_t start = traced_.in.directions->GlossyStart(draws_++);
+    if (round >= rays) break;
+    const V sample =
+        traced_.in.directions->glossy[start + static_cast<std::size_t>(lane_)].cast<double>();
+    Path on{s.position,
+            TurnedFromUp(sample, path.direction.normalized()).normalized(),
+            kInfinity,
+            path.distance,
+            throughput / rays,
+            1,
+            {}};
+    Trace(on);
+    sum += Shade(on, 7, true);
+  }
+  return sum;
+}
+
+// A table of hundredths, read between its entries.
+double ReferenceTracer::Log2(double v) {
+  if (v >= 1022.9) return std::log2(1023.99);
+  const auto entry = [](double i) { return i == 0 ? 0 : std::log2(0.01 * i); };
+  const double i = std::floor(100 * v);
+  return entry(i) + (100 * v - i) * (entry(i + 1) - entry(i));
+}
+
+ReferenceTracer::Texel ReferenceTracer::Bilinear(const TextureMip& mip, double s, double t) {
+  const double x = (s - std::floor(s)) * 0.999999 * mip.width;
+  const double y = (t - std::floor(t)) * 0.999999 * mip.height;
+  Texel sum{};
+  for (int dy = 0; dy < 2; ++dy) {
+    for (int dx = 0; dx < 2; ++dx) {
+      const int column = (static_cast<int>(x) + dx) % mip.width;
+      const int row = (static_cast<int>(y) + dy) % mip.height;
+      const double fx = x - std::floor(x), fy = y - std::floor(y);
+      const double share = (dx == 1 ? fx : 1 - fx) * (dy == 1 ? fy : 1 - fy) / 255;
+      const std::uint8_t* bgra =
+          &mip.pixels[static_cast<std::size_t>(row * mip.pitch + column * 4)];
+      for (int c = 0; c < 3; ++c) sum.c[c] += share * bgra[2 - c];
+      sum.c[3] += share * bgra[3];
+    }
+  }
+  return sum;
+}
+
+ReferenceTracer::Texel ReferenceTracer::Blend(const RenderTexture& texture, double footprint,
+                                              double s, double t) {
+  const double lod = std::max(0.0, Log2(footprint) - 0.5);
+  const auto level = static_cast<std::size_t>(lod);
+  if (level + 1 >= texture.mips.size()) {
+    Visit("last mip level");
+    return Bilinear(texture.mips.back(), s, t);
+  }
+  Visit(level == 0 ? "top mip levels" : "between mip levels");
+  const Texel fine = Bilinear(texture.mips[level], s, t);
+  const Texel coarse = Bilinear(texture.mips[level + 1], s, t);
+  const double f = lod - static_cast<double>(level);
+  Texel blend;
+  for (int c = 0; c < 4; ++c) blend.c[c] = (1 - f) * fine.c[c] + f * coarse.c[c];
+  return blend;
+}
+
+}  // namespace qv::test
