@@ -36,8 +36,8 @@ int PacketWidthOf(const RaytraceImpl::Options& options) {
 // The ray library's device, released last.
 class Device {
  public:
-  // The system places the threads that build the scene: the windows need their processors too.
-  Device() : device_(rtcNewDevice("set_affinity=0")) {
+  explicit Device(const RaytraceImpl::Options& options)
+      : device_(rtcNewDevice(Configuration(options).c_str())) {
     if (device_ == nullptr) Log(LogLevel::kError, "the ray library gives no device");
   }
   ~Device() {
@@ -49,6 +49,13 @@ class Device {
   RTCDevice get() const { return device_; }
 
  private:
+  static std::string Configuration(const RaytraceImpl::Options& options) {
+    // The system places the threads that build the scene: the windows need their processors too.
+    std::string text = "set_affinity=0";
+    if (!options.rayInstructions.empty()) text += ",isa=" + options.rayInstructions;
+    return text;
+  }
+
   RTCDevice device_;
 };
 
@@ -82,7 +89,8 @@ std::optional<RayHit> CastInto(const TraceTarget& target, const Vec3& origin,
 
 struct RaytraceImpl::Parts {
   explicit Parts(const Options& options)
-      : packetWidth(PacketWidthOf(options)),
+      : device(options),
+        packetWidth(PacketWidthOf(options)),
         scene(device.get()),
         engine(device.get(), scene, background, ThreadCountOf(options), packetWidth) {}
 

@@ -1,10 +1,12 @@
-// screen_pixels FOLDER MODEL: renders three scenes, a model file's among them, and writes each
-// picture as it would be shown to FOLDER/NAME.ppm, top row first. What two systems write is
-// compared with screen_pixels_compare.
+// screen_pixels FOLDER MODEL [INSTRUCTIONS]: renders three scenes, a model file's among them, and
+// writes each picture as it would be shown to FOLDER/NAME.ppm, top row first. What two systems
+// write is compared with screen_pixels_compare. They may differ where surfaces lie in each other
+// unless both use the same instructions for rays, such as avx2.
 
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <string>
 
 #include "pictures/PictureScenes.h"
 
@@ -33,8 +35,9 @@ bool Write(const RaytraceImpl& renderer, const std::filesystem::path& file) {
   return out.good();
 }
 
-bool Render(const test::PictureScene& scene, const std::filesystem::path& folder) {
-  RaytraceImpl renderer;
+bool Render(const test::PictureScene& scene, const std::filesystem::path& folder,
+            const std::string& instructions) {
+  RaytraceImpl renderer({.rayInstructions = instructions});
   if (!scene.send(renderer)) return false;
   renderer.BuildScene(nullptr);
   if (!renderer.ResizeTargets(kWidth, kHeight, 0)) return false;
@@ -47,9 +50,10 @@ bool Render(const test::PictureScene& scene, const std::filesystem::path& folder
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 3) return 2;
+  if (argc != 3 && argc != 4) return 2;
+  const std::string instructions = argc == 4 ? argv[3] : "";
   for (const test::PictureScene& scene : test::PictureScenes(argv[2])) {
-    if (!Render(scene, argv[1])) {
+    if (!Render(scene, argv[1], instructions)) {
       std::cerr << "screen_pixels: no picture of " << scene.name << '\n';
       return 1;
     }
