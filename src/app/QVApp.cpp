@@ -12,10 +12,21 @@
 #include "app/MainFrame.h"
 #include "app/NumericLocale.h"
 #include "app/ProcessEntry.h"
+#include "app/Translations.h"
 
 wxIMPLEMENT_APP_NO_MAIN(qv::QVApp);
 
 namespace qv {
+namespace {
+
+// For a look at the windows in another language than the user's.
+wxString LanguageAskedFor() {
+  wxString language;
+  wxGetEnv("QUORVANE_LANGUAGE", &language);
+  return language;
+}
+
+}  // namespace
 
 void PrepareProcess() {
   wxTheAssertHandler = nullptr;
@@ -38,7 +49,9 @@ bool QVApp::OnInit() {
   // Images and data files lie beside the program and are named relative to it.
   const wxString startDirectory = wxGetCwd();
   const wxFileName program(wxStandardPaths::Get().GetExecutablePath());
-  wxSetWorkingDirectory(program.GetPath(wxPATH_GET_VOLUME));
+  const wxString folder = program.GetPath(wxPATH_GET_VOLUME);
+  LoadTranslations(folder + "/locale", LanguageAskedFor());
+  wxSetWorkingDirectory(folder);
   wxInitAllImageHandlers();
   auto* frame = new MainFrame(nullptr, host->window, host->process);
   SetTopWindow(frame);
