@@ -13,6 +13,7 @@
 #include "app/NumericLocale.h"
 #include "app/ProcessEntry.h"
 #include "app/Translations.h"
+#include "core/Log.h"
 
 wxIMPLEMENT_APP_NO_MAIN(qv::QVApp);
 
@@ -50,7 +51,8 @@ bool QVApp::OnInit() {
   const wxString startDirectory = wxGetCwd();
   const wxFileName program(wxStandardPaths::Get().GetExecutablePath());
   const wxString folder = program.GetPath(wxPATH_GET_VOLUME);
-  LoadTranslations(folder + "/locale", LanguageAskedFor());
+  const wxString language = LoadTranslations(folder + "/locale", LanguageAskedFor());
+  Log(LogLevel::kInfo, "texts are in: " + language.ToStdString());
   wxSetWorkingDirectory(folder);
   wxInitAllImageHandlers();
   auto* frame = new MainFrame(nullptr, host->window, host->process);

@@ -4,8 +4,13 @@
 #include <wx/translation.h>
 
 namespace qv {
+namespace {
 
-void LoadTranslations(const wxString& folder, const wxString& language) {
+const char kDomain[] = "quorvane";
+
+}  // namespace
+
+wxString LoadTranslations(const wxString& folder, const wxString& language) {
   const wxLogNull silence;
   wxFileTranslationsLoader::AddCatalogLookupPathPrefix(folder);
   // A table of our own: the one of the locale knows only languages that the system has a locale
@@ -14,7 +19,9 @@ void LoadTranslations(const wxString& folder, const wxString& language) {
   wxTranslations::Set(translations);
   if (!language.empty()) translations->SetLanguage(language);
   translations->AddStdCatalog();
-  translations->AddCatalog("quorvane");
+  translations->AddCatalog(kDomain);
+  return translations->IsLoaded(kDomain) ? translations->GetBestTranslation(kDomain)
+                                         : wxString("en");
 }
 
 }  // namespace qv

@@ -1,5 +1,3 @@
-#include "app/Translations.h"
-
 #include <gtest/gtest.h>
 #include <wx/init.h>
 #include <wx/translation.h>
@@ -7,6 +5,7 @@
 #include <string>
 
 #include "app/StatusTexts.h"
+#include "app/Translations.h"
 
 namespace qv {
 namespace {
