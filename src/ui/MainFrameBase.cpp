@@ -36,7 +36,6 @@ _MainFrame::_MainFrame(wxWindow* parent)
 }
 
 void _MainFrame::AddTools() {
-  toolBar_->SetToolBitmapSize(FromDIP(kToolImageSize));
   toolBar_->AddTool(kIdCameraLink, _("Link camera to SketchUp"),
                     LoadToolImage("CameraLink", kToolImageSize), wxBitmapBundle(), wxITEM_CHECK,
                     wxString(), _("Always synchronize camera to SketchUp"));
