@@ -12,10 +12,22 @@
 #include "app/MainFrame.h"
 #include "app/NumericLocale.h"
 #include "app/ProcessEntry.h"
+#include "app/Translations.h"
+#include "core/Log.h"
 
 wxIMPLEMENT_APP_NO_MAIN(qv::QVApp);
 
 namespace qv {
+namespace {
+
+// For a look at the windows in another language than the user's.
+wxString LanguageAskedFor() {
+  wxString language;
+  wxGetEnv("QUORVANE_LANGUAGE", &language);
+  return language;
+}
+
+}  // namespace
 
 void PrepareProcess() {
   wxTheAssertHandler = nullptr;
@@ -38,7 +50,10 @@ bool QVApp::OnInit() {
   // Images and data files lie beside the program and are named relative to it.
   const wxString startDirectory = wxGetCwd();
   const wxFileName program(wxStandardPaths::Get().GetExecutablePath());
-  wxSetWorkingDirectory(program.GetPath(wxPATH_GET_VOLUME));
+  const wxString folder = program.GetPath(wxPATH_GET_VOLUME);
+  const wxString language = LoadTranslations(folder + "/locale", LanguageAskedFor());
+  Log(LogLevel::kInfo, "texts are in: " + language.ToStdString());
+  wxSetWorkingDirectory(folder);
   wxInitAllImageHandlers();
   auto* frame = new MainFrame(nullptr, host->window, host->process);
   SetTopWindow(frame);

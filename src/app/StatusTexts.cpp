@@ -1,6 +1,6 @@
 #include "app/StatusTexts.h"
 
-#include <wx/string.h>
+#include <wx/intl.h>
 
 #include "core/Calendar.h"
 
@@ -15,16 +15,15 @@ std::string SunTimeText(double julianDate, float longitude) {
       .ToStdString();
 }
 
-std::string EyeHeightText(float eyeHeight) {
-  return wxString::Format("Cam Height: %.1f\"", eyeHeight).ToStdString();
+wxString EyeHeightText(float eyeHeight) {
+  return wxString::Format(_("Cam Height: %.1f\""), eyeHeight);
 }
 
-std::string StatisticsText(double basePassSeconds, double antialiasPassSeconds,
-                           std::int32_t triangleCount, std::int32_t materialCount) {
+wxString StatisticsText(double basePassSeconds, double antialiasPassSeconds,
+                        std::int32_t triangleCount, std::int32_t materialCount) {
   return wxString::Format(
-             "Rendering Time = %.3f Rendering Time(AA)= %.3f\nPolygon = %d, Material = %d",
-             basePassSeconds, antialiasPassSeconds, triangleCount, materialCount)
-      .ToStdString();
+      _("Rendering Time = %.3f Rendering Time(AA)= %.3f\nPolygon = %d, Material = %d"),
+      basePassSeconds, antialiasPassSeconds, triangleCount, materialCount);
 }
 
 }  // namespace qv

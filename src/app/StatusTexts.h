@@ -1,5 +1,7 @@
 #pragma once
 
+#include <wx/string.h>
+
 #include <cstdint>
 #include <string>
 
@@ -9,12 +11,12 @@ namespace qv {
 // degrees.
 std::string SunTimeText(double julianDate, float longitude);
 
-// "Cam Height: " and the height in inches, the unit that the host sends its models in.
-std::string EyeHeightText(float eyeHeight);
+// "Cam Height: ", translated, and the height in inches, the unit that the host sends its models in.
+wxString EyeHeightText(float eyeHeight);
 
-// The two lines over the picture: seconds of the last base and antialiasing pass, and what the
-// scene holds.
-std::string StatisticsText(double basePassSeconds, double antialiasPassSeconds,
-                           std::int32_t triangleCount, std::int32_t materialCount);
+// The two lines, translated, over the picture: seconds of the last base and antialiasing pass, and
+// what the scene holds.
+wxString StatisticsText(double basePassSeconds, double antialiasPassSeconds,
+                        std::int32_t triangleCount, std::int32_t materialCount);
 
 }  // namespace qv

@@ -1,28 +1,55 @@
-# The pictures of windows and tools, drawn from their sources into the folder "images" beside the program.
+# The pictures of windows and tools, drawn from their sources into the folder "images" beside the program: each for three
+# densities of displays, and a second time in the colours of dark themes, into "images/dark".
 find_program(RSVG_CONVERT rsvg-convert REQUIRED)
 find_program(IMAGEMAGICK_CONVERT convert REQUIRED)
 
 set(image_sources ${CMAKE_SOURCE_DIR}/resources/images)
 set(image_folder ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/images)
-file(MAKE_DIRECTORY ${image_folder})
+set(dark_palette ${image_sources}/dark.css)
+file(MAKE_DIRECTORY ${image_folder}/dark)
 
 set(images)
-function(draw_image source size output)
-  add_custom_command(OUTPUT ${output}
-    COMMAND ${RSVG_CONVERT} -w ${size} -h ${size} -o ${output} ${image_sources}/${source}.svg
-    DEPENDS ${image_sources}/${source}.svg VERBATIM)
+
+# draw_images(SIZE NAME...): SIZE is that on an ordinary display, in pixels.
+function(draw_images size)
+  math(EXPR half_more "${size} * 3 / 2")
+  math(EXPR twice "${size} * 2")
+  foreach(name ${ARGN})
+    set(source ${image_sources}/${name}.svg)
+    set(outputs)
+    set(commands)
+    foreach(scale "${size}:" "${half_more}:@1.5x" "${twice}:@2x")
+      string(REGEX MATCH "^([0-9]+):(.*)$" matched "${scale}")
+      set(pixels ${CMAKE_MATCH_1})
+      set(file ${name}${CMAKE_MATCH_2}.png)
+      list(APPEND outputs ${image_folder}/${file} ${image_folder}/dark/${file})
+      list(APPEND commands
+        COMMAND ${RSVG_CONVERT} -w ${pixels} -h ${pixels} -o ${image_folder}/${file} ${source}
+        COMMAND ${RSVG_CONVERT} -w ${pixels} -h ${pixels} -s ${dark_palette} -o ${image_folder}/dark/${file} ${source})
+    endforeach()
+    add_custom_command(OUTPUT ${outputs} ${commands} DEPENDS ${source} ${dark_palette} VERBATIM)
+    list(APPEND images ${outputs})
+  endforeach()
+  set(images ${images} PARENT_SCOPE)
 endfunction()
 
-foreach(tool CameraLink syncCamera Reload)
-  draw_image(${tool} 24 ${image_folder}/${tool}.png)
-  draw_image(${tool} 48 ${image_folder}/${tool}@2x.png)
-  list(APPEND images ${image_folder}/${tool}.png ${image_folder}/${tool}@2x.png)
-endforeach()
+draw_images(22
+  AO Background CameraLink Capture CreateLightMap Delete Down FlyMode ImportScenes ImportSUAPath
+  KeyFrameAnimation_KeyFrames KeyFrameAnimation_Tour LEM LightMap Movie PointLight RecordCamera RecordCameraOn Reload
+  syncCamera Up View WalkMode)
+draw_images(16 DeleteSmall KeyFrameAnimationSmall SaveSmall ViewSmall ViewSmallImported)
 
+# The program's icon; its small sizes have a plainer drawing.
 set(icon_pictures)
-foreach(size 16 24 32 48 64 128)
+foreach(size 16 24 32 48 64 128 256)
+  set(drawing Quorvane)
+  if(size LESS 48)
+    set(drawing QuorvaneSmall)
+  endif()
   set(picture ${CMAKE_CURRENT_BINARY_DIR}/Quorvane${size}.png)
-  draw_image(Quorvane ${size} ${picture})
+  add_custom_command(OUTPUT ${picture}
+    COMMAND ${RSVG_CONVERT} -w ${size} -h ${size} -o ${picture} ${image_sources}/${drawing}.svg
+    DEPENDS ${image_sources}/${drawing}.svg VERBATIM)
   list(APPEND icon_pictures ${picture})
 endforeach()
 add_custom_command(OUTPUT ${image_folder}/Quorvane.ico

@@ -9,7 +9,6 @@ namespace qv {
 namespace {
 
 const wxSize kInitialSize(783, 602);
-const wxSize kToolSize(24, 24);
 // Beside and before the picture: dark and without a hue, in light themes as in dark ones, so that
 // it does not change how the picture's own colours look.
 const wxColour kViewBackground(58, 60, 63);
@@ -37,14 +36,13 @@ _MainFrame::_MainFrame(wxWindow* parent)
 }
 
 void _MainFrame::AddTools() {
-  toolBar_->SetToolBitmapSize(FromDIP(kToolSize));
   toolBar_->AddTool(kIdCameraLink, _("Link camera to SketchUp"),
-                    LoadToolImage("CameraLink", kToolSize), wxBitmapBundle(), wxITEM_CHECK,
+                    LoadToolImage("CameraLink", kToolImageSize), wxBitmapBundle(), wxITEM_CHECK,
                     wxString(), _("Always synchronize camera to SketchUp"));
   toolBar_->AddTool(kIdSynchronizeCamera, _("Synchronize camera to SketchUp"),
-                    LoadToolImage("syncCamera", kToolSize), wxBitmapBundle(), wxITEM_NORMAL,
+                    LoadToolImage("syncCamera", kToolImageSize), wxBitmapBundle(), wxITEM_NORMAL,
                     wxString(), _("Synchronize camera to SketchUp"));
-  toolBar_->AddTool(kIdReloadData, _("Reload Data"), LoadToolImage("Reload", kToolSize));
+  toolBar_->AddTool(kIdReloadData, _("Reload Data"), LoadToolImage("Reload", kToolImageSize));
   toolBar_->Realize();
 }
 

@@ -39,6 +39,27 @@ TEST_F(Start, EndsAtOnceWithoutAHostOnTheCommandLine) {
   EXPECT_TRUE(log_.Lines("warning:").empty() && log_.Lines("error:").empty()) << log_.Text();
 }
 
+TEST_F(Start, SpeaksTheLanguageOfTheUser) {
+  // Found beside the program, wherever it is started from.
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(display_.folder());
+  std::size_t windows = 0;
+  for (const char* language : {"de", "ja", "cy"}) {
+    display_.SetLanguage(language);
+    ChildProcess viewer = Run({"--windowhandle=4000000000", "--processid=4000000001"});
+    EXPECT_TRUE(log_.WaitFor("texts are in: ", windows++, kPatience));
+    window_ = ViewerWindow::Find(kPatience);
+    EXPECT_TRUE(window_);
+    if (window_) window_->Close();
+    EXPECT_EQ(viewer.Wait(kSoon), 0);
+    if (viewer.Running()) viewer.Kill();
+  }
+  std::filesystem::current_path(before);
+  EXPECT_EQ(log_.Lines("texts are in: de").size(), 1u) << log_.Text();
+  EXPECT_EQ(log_.Lines("texts are in: ja").size(), 1u);
+  EXPECT_EQ(log_.Lines("texts are in: en").size(), 1u);
+}
+
 TEST_F(Start, WaitsQuietlyForAHostThatIsNotThere) {
   const std::filesystem::path before = std::filesystem::current_path();
   const std::filesystem::path elsewhere = before.root_path();

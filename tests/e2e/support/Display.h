@@ -22,6 +22,9 @@ class Display {
   // For files of the test.
   const std::filesystem::path& folder() const { return folder_; }
 
+  // The user's language ("de", "ja", ...) for programs that start from now on; English before.
+  void SetLanguage(const std::string& language);
+
   static constexpr int kWidth = 1280;
   static constexpr int kHeight = 960;
 

@@ -41,6 +41,7 @@ bool ManagerRuns(::Display* display) {
 pid_t StartHelper(const std::vector<std::string>& command, int keptDescriptor = -1) {
   const pid_t parent = getpid();
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
   const pid_t child = fork();
@@ -81,6 +82,8 @@ Display::Display() : folder_(MakeFolder()), native_(std::make_unique<Native>()) 
   setenv("NO_AT_BRIDGE", "1", 1);
   setenv("GSETTINGS_BACKEND", "memory", 1);
   setenv("QUORVANE_LOG", "info", 1);
+  unsetenv("QUORVANE_LANGUAGE");
+  SetLanguage("en");
   if (!native_->StartServer()) {
     failure_ = "Xvfb does not start";
   } else if (!native_->StartWindowManager()) {
@@ -99,6 +102,10 @@ Display::Native::~Native() {
     kill(*helper, SIGTERM);
     waitpid(*helper, nullptr, 0);
   }
+}
+
+void Display::SetLanguage(const std::string& language) {
+  setenv("LANGUAGE", language.c_str(), 1);
 }
 
 bool Display::Native::StartServer() {

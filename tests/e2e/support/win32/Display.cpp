@@ -39,6 +39,7 @@ Display::Display() : folder_(MakeFolder()) {
   } else {
     ForgetSettings();
     SetEnvironmentVariableW(L"QUORVANE_LOG", L"info");
+    SetLanguage("en");
   }
 }
 
@@ -46,6 +47,11 @@ Display::~Display() {
   if (UserIsForTests()) ForgetSettings();
   std::error_code ignored;
   if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
+}
+
+void Display::SetLanguage(const std::string& language) {
+  // The user's own is not for a test to change.
+  SetEnvironmentVariableA("QUORVANE_LANGUAGE", language.c_str());
 }
 
 }  // namespace qv::e2e
