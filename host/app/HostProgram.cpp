@@ -31,8 +31,7 @@ std::string TextOf(const SentCounts& counts) {
   return "meshes " + std::to_string(counts.meshes) + ", triangles " +
          std::to_string(counts.triangles) + ", materials " + std::to_string(counts.materials) +
          ", textures " + std::to_string(counts.textures) + ", lights " +
-         std::to_string(counts.lights) +
-         ", area lights " + std::to_string(counts.areaLights);
+         std::to_string(counts.lights) + ", area lights " + std::to_string(counts.areaLights);
 }
 
 }  // namespace

@@ -11,7 +11,8 @@
 
 namespace qv::host {
 
-// Reads a model or a scene file on a thread of its own, which the import library gives no means to stop.
+// Reads a model or a scene file on a thread of its own, which the import library gives no means to
+// stop.
 class ModelLoader {
  public:
   ModelLoader(const std::filesystem::path& model, const LoadOptions& options);

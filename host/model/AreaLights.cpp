@@ -48,8 +48,7 @@ Vec3 PositionOf(const SceneMesh& mesh, std::int32_t vertex) {
 Face FaceOf(const SceneMesh& mesh, const MeshTriangle& triangle) {
   Face face;
   for (std::size_t i = 0; i < 3; ++i) face.corners[i] = PositionOf(mesh, triangle.vertex[i]);
-  const Vec3 cross =
-      (face.corners[1] - face.corners[0]).cross(face.corners[2] - face.corners[0]);
+  const Vec3 cross = (face.corners[1] - face.corners[0]).cross(face.corners[2] - face.corners[0]);
   const float length = cross.norm();
   face.area = length / 2;
   face.normal = length > 0 ? Vec3(cross / length) : Vec3(0, 0, 1);

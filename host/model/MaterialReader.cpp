@@ -187,8 +187,7 @@ float ReflectanceOf(const aiMaterial& material, const ModelFormat& format,
 // Highlight and mirror of glTF's metallic-roughness model: the peak of the normalised Blinn-Phong
 // lobe of exponent 2 / roughness^4 - 2 (B. Karis, "Specular BRDF Reference", 2013), and the Phong
 // exponent that gives a lobe of the same width, a quarter of it. Smooth metal mirrors.
-void SetMetallicRoughness(const aiMaterial& material, const Vec3& base,
-                          SceneMaterial& parameters) {
+void SetMetallicRoughness(const aiMaterial& material, const Vec3& base, SceneMaterial& parameters) {
   // With a texture the factors say nothing of the surface as a whole.
   if (!TextureName(material, aiTextureType_METALNESS).empty()) return;
   const float metallic =

@@ -43,8 +43,7 @@ void SceneMaterials::WishCoordinates(const aiMesh& mesh, MeshWishes& wishes) con
 }
 
 // Vertex colours take the place of the material's, but multiply it in glTF.
-SceneMaterial SceneMaterials::Colored(const SceneMaterial& plain,
-                                           const Vec3& color) const {
+SceneMaterial SceneMaterials::Colored(const SceneMaterial& plain, const Vec3& color) const {
   SceneMaterial colored = plain;
   if (linearColors_) {
     const Vec3 encoded = color.unaryExpr([](float channel) { return SrgbFromLinear(channel); });

@@ -84,16 +84,20 @@ bool SendMeshes(HostLink& link, const Scene& scene) {
 
 std::optional<SentCounts> SendScene(HostLink& link, const Scene& scene,
                                     const SendOptions& options) {
-  const bool sent =
-      link.SetModelDirectory(scene.directory.string()) &&
-      link.SetStatusMessage("Loading materials...") && SendMaterials(link, scene) &&
-      (!options.lights || SendLights(link, scene)) &&
-      (!options.areaLights || SendAreaLights(link, scene)) && link.SetLocationAndTime(options.when) &&
-      link.SetStatusMessage("Loading objects...") && SendMeshes(link, scene) &&
-      link.SceneComplete() && link.SetProgress(0) && link.SetCamera(options.camera, true);
+  const bool sent = link.SetModelDirectory(scene.directory.string()) &&
+                    link.SetStatusMessage("Loading materials...") && SendMaterials(link, scene) &&
+                    (!options.lights || SendLights(link, scene)) &&
+                    (!options.areaLights || SendAreaLights(link, scene)) &&
+                    link.SetLocationAndTime(options.when) &&
+                    link.SetStatusMessage("Loading objects...") && SendMeshes(link, scene) &&
+                    link.SceneComplete() && link.SetProgress(0) &&
+                    link.SetCamera(options.camera, true);
   if (!sent) return std::nullopt;
-  return SentCounts{scene.meshes.size(), scene.TriangleCount(), scene.materials.size(),
-                    scene.TextureCount(), options.lights ? scene.lights.size() : 0,
+  return SentCounts{scene.meshes.size(),
+                    scene.TriangleCount(),
+                    scene.materials.size(),
+                    scene.TextureCount(),
+                    options.lights ? scene.lights.size() : 0,
                     options.areaLights ? scene.areaLights.size() : 0};
 }
 

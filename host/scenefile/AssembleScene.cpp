@@ -27,6 +27,12 @@ fs::path PathOf(const std::string& utf8) {
   return {std::u8string(utf8.begin(), utf8.end())};
 }
 
+Bounds BoundsOf(const SceneMesh& mesh) {
+  Bounds bounds;
+  for (const MeshVertex& vertex : mesh.vertices) bounds.extend(Vec3(vertex.position));
+  return bounds;
+}
+
 bool IsFor(const MaterialChange& change, const std::string& name) {
   return change.name == "*" || change.name == name;
 }
@@ -39,7 +45,8 @@ class Files {
       : file_(file), directory_(std::move(directory)), temporaryFiles_(std::move(temporaryFiles)) {}
 
   fs::path Find(const FileReference& reference) {
-    fs::path path = reference.archive.empty() ? BesideSceneFile(reference.path) : Unpacked(reference);
+    fs::path path =
+        reference.archive.empty() ? BesideSceneFile(reference.path) : Unpacked(reference);
     std::error_code error;
     if (!fs::is_regular_file(path, error)) {
       throw SceneFileError(reference.place + ": there is no file " +
@@ -51,7 +58,8 @@ class Files {
   std::string FindImage(const FileReference& reference) {
     const fs::path path = Find(reference);
     if (!IsReadableImage(path)) {
-      throw SceneFileError(reference.place + ": " + path.string() + " is no image that can be read");
+      throw SceneFileError(reference.place + ": " + path.string() +
+                           " is no image that can be read");
     }
     return path.string();
   }
@@ -169,8 +177,10 @@ class Assembler {
     const Eigen::Affine3f place =
         PlacementOf(loaded.bounds, ScaleFor(model.size, loaded.bounds.sizes()), model.turn,
                     model.at, model.byOrigin);
+    std::vector<std::size_t> leftOut(model.without.size());
     for (const SceneMesh& mesh : loaded.meshes) {
       SceneMesh placed = Placed(mesh, place);
+      if (IsLeftOut(placed, model, leftOut)) continue;
       placed.name = model.name + '/' + mesh.name;
       for (MeshTriangle& triangle : placed.triangles) {
         const std::uint32_t number = materials[triangle.materialWord & 0xffff];
@@ -178,8 +188,26 @@ class Assembler {
       }
       Add(std::move(placed));
     }
+    for (std::size_t i = 0; i < leftOut.size(); ++i) {
+      if (leftOut[i] == 0) {
+        throw SceneFileError(model.without[i].place + ": no part of the model lies in this box");
+      }
+    }
     if (!model.lights) return;
     for (const SceneLight& light : loaded.lights) scene_->lights.push_back(Placed(light, place));
+  }
+
+  // Counts for each box the meshes that lie in it.
+  static bool IsLeftOut(const SceneMesh& mesh, const SceneFileModel& model,
+                        std::vector<std::size_t>& counts) {
+    const Bounds bounds = BoundsOf(mesh);
+    bool inside = false;
+    for (std::size_t i = 0; i < counts.size(); ++i) {
+      if (!model.without[i].box.contains(bounds)) continue;
+      ++counts[i];
+      inside = true;
+    }
+    return inside;
   }
 
   void AddShape(const SceneFileShape& shape) {
@@ -189,13 +217,11 @@ class Assembler {
     const MaterialChange& change = shape.material;
     ChangeMaterial(change, change.texture ? files_.FindImage(*change.texture) : "", material);
     const SceneMesh mesh = ShapeMesh(shape, table_.IndexOf(material));
-    Bounds bounds;
-    for (const MeshVertex& vertex : mesh.vertices) bounds.extend(Vec3(vertex.position));
-    Add(Placed(mesh, PlacementOf(bounds, Vec3(1, 1, 1), shape.turn, shape.at, false)));
+    Add(Placed(mesh, PlacementOf(BoundsOf(mesh), Vec3(1, 1, 1), shape.turn, shape.at, false)));
   }
 
   void Add(SceneMesh mesh) {
-    for (const MeshVertex& vertex : mesh.vertices) scene_->bounds.extend(Vec3(vertex.position));
+    scene_->bounds.extend(BoundsOf(mesh));
     scene_->meshes.push_back(std::move(mesh));
   }
 

@@ -168,7 +168,8 @@ json ParseJson(const std::string& text) {
     if (depth > kMostDepth) throw SceneFileError("objects and lists lie too deep in each other");
     if (event == json::parse_event_t::object_start) names.emplace_back();
     if (event == json::parse_event_t::object_end) names.pop_back();
-    if (event == json::parse_event_t::key && !names.back().insert(value.get<std::string>()).second) {
+    if (event == json::parse_event_t::key &&
+        !names.back().insert(value.get<std::string>()).second) {
       throw SceneFileError("the field " + Quoted(value) + " is there twice in one object");
     }
     return true;

@@ -5,8 +5,8 @@ namespace {
 
 // Of a highlight that is given no colour.
 const Vec3 kPlainHighlight(0.3f, 0.3f, 0.3f);
-// The viewer knows no glow: a surface shows about half of its colour by the ambient light. More than
-// this would not fit into a byte of its first, flat picture, which takes 0.8 of the colour.
+// The viewer knows no glow: a surface shows about half of its colour by the ambient light. More
+// than this would not fit into a byte of its first, flat picture, which takes 0.8 of the colour.
 constexpr float kColorForGlow = 1.25f;
 
 }  // namespace

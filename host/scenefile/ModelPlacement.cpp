@@ -36,10 +36,9 @@ Vec3 ScaleFor(const WantedSize& wanted, const Vec3& sizes) {
 
 Eigen::Affine3f PlacementOf(const Bounds& bounds, const Vec3& scale, const Vec3& turn,
                             const Vec3& at, bool byOrigin) {
-  const Eigen::Matrix3f linear = Eigen::AngleAxisf(turn.z(), Vec3::UnitZ()) *
-                                 Eigen::AngleAxisf(turn.y(), Vec3::UnitY()) *
-                                 Eigen::AngleAxisf(turn.x(), Vec3::UnitX()) *
-                                 Eigen::Matrix3f(scale.asDiagonal());
+  const Eigen::Matrix3f linear =
+      Eigen::AngleAxisf(turn.z(), Vec3::UnitZ()) * Eigen::AngleAxisf(turn.y(), Vec3::UnitY()) *
+      Eigen::AngleAxisf(turn.x(), Vec3::UnitX()) * Eigen::Matrix3f(scale.asDiagonal());
   Vec3 anchor(0, 0, 0);
   if (!byOrigin) {
     const Bounds box = Transformed(bounds, linear);

@@ -3,10 +3,11 @@
 namespace qv::host {
 namespace {
 
-constexpr auto kNamedFields = {"name",      "color",     "opacity",   "mirror", "blurred", "refraction",
-                               "shininess", "highlight", "texture",   "bump",   "glow"};
-constexpr auto kFields = {"color",     "opacity", "mirror", "blurred", "refraction", "shininess",
-                          "highlight", "texture", "bump",   "glow"};
+constexpr auto kNamedFields = {"name",    "color",      "opacity",   "mirror",
+                               "blurred", "refraction", "shininess", "highlight",
+                               "texture", "bump",       "glow"};
+constexpr auto kFields = {"color",     "opacity",   "mirror",  "blurred", "refraction",
+                          "shininess", "highlight", "texture", "bump",    "glow"};
 
 std::optional<float> FindNumber(const JsonFields& fields, const char* name, double least,
                                 double greatest) {

@@ -30,9 +30,8 @@ double InchesPer(LengthUnit unit) {
 
 // A number is a turn about z.
 Vec3 ReadTurn(const JsonValue& value) {
-  const Vec3 degrees = value.IsNumber()
-                           ? Vec3(0, 0, static_cast<float>(value.Number(-360, 360)))
-                           : value.Point(-360, 360);
+  const Vec3 degrees = value.IsNumber() ? Vec3(0, 0, static_cast<float>(value.Number(-360, 360)))
+                                        : value.Point(-360, 360);
   return degrees * static_cast<float>(kRadiansPerDegree);
 }
 
@@ -67,9 +66,16 @@ WantedSize ReadSize(const JsonFields& fields, double unit) {
   return wanted;
 }
 
+Bounds ReadBox(const JsonValue& value, double unit) {
+  const JsonFields fields(value, {"from", "to"});
+  const Bounds box(ReadPoint(fields.Get("from"), unit), ReadPoint(fields.Get("to"), unit));
+  if (box.isEmpty()) value.Fail("\"to\" lies before \"from\"");
+  return box;
+}
+
 SceneFileModel ReadModel(const JsonValue& value, double unit) {
   const JsonFields fields(value, {"name", "file", "archive", "unit", "up", "at", "anchor", "turn",
-                                  "scale", "size", "lights", "materials"});
+                                  "scale", "size", "lights", "materials", "without"});
   SceneFileModel model;
   model.place = value.place();
   model.name = ReadName(fields, value.place());
@@ -93,13 +99,18 @@ SceneFileModel ReadModel(const JsonValue& value, double unit) {
       model.materials.push_back(ReadMaterialChange(change, true));
     }
   }
+  if (const auto boxes = fields.Find("without")) {
+    for (const JsonValue& box : boxes->List(kMostThings)) {
+      model.without.push_back({ReadBox(box, unit), box.place()});
+    }
+  }
   return model;
 }
 
 SceneFileShape ReadShape(const JsonValue& value, double unit) {
   using Kind = SceneFileShape::Kind;
-  const JsonFields fields(
-      value, {"name", "kind", "at", "size", "turn", "material", "textureLength"});
+  const JsonFields fields(value,
+                          {"name", "kind", "at", "size", "turn", "material", "textureLength"});
   constexpr std::array kKinds = {Kind::kBox, Kind::kPlane, Kind::kCylinder, Kind::kSphere};
   SceneFileShape shape;
   shape.name = ReadName(fields, value.place());
@@ -212,10 +223,9 @@ Vec3 ReadPoint(const JsonValue& value, double unit) {
 
 SceneFile ReadSceneFile(const std::string& text) {
   const nlohmann::json document = ParseJson(text);
-  const JsonFields fields(
-      JsonValue(document, ""),
-      {"format", "version", "unit", "archives", "models", "shapes", "lights", "views", "place",
-       "background", "eyeHeight", "lightFactors", "image"});
+  const JsonFields fields(JsonValue(document, ""),
+                          {"format", "version", "unit", "archives", "models", "shapes", "lights",
+                           "views", "place", "background", "eyeHeight", "lightFactors", "image"});
   CheckFormat(fields);
   const auto unitField = fields.Find("unit");
   const double unit = InchesPer(unitField ? ReadUnit(*unitField) : LengthUnit::kMetre);

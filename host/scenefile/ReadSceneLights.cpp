@@ -42,8 +42,8 @@ SceneLight ReadPointLight(const JsonValue& value, double unit) {
 }
 
 SceneLight ReadSpotLight(const JsonValue& value, double unit) {
-  const JsonFields fields(value, {"kind", "name", "at", "direction", "inner", "outer", "color",
-                                  "level", "distance"});
+  const JsonFields fields(
+      value, {"kind", "name", "at", "direction", "inner", "outer", "color", "level", "distance"});
   SceneLight light;
   light.kind = SceneLight::Kind::kSpot;
   light.position = ReadPoint(fields.Get("at"), unit);
@@ -71,17 +71,15 @@ SceneAreaLight ReadAreaLight(const JsonValue& value, double unit) {
   const JsonFields fields(
       value, {"kind", "name", "at", "direction", "size", "color", "level", "distance"});
   const Vec3 direction = ReadDirection(fields.Get("direction"));
-  const std::vector<double> size =
-      fields.Get("size").Numbers(2, 1e-4, kMaximumCoordinate / unit);
+  const std::vector<double> size = fields.Get("size").Numbers(2, 1e-4, kMaximumCoordinate / unit);
   const Vec3 up(0, 0, 1);
   const Vec3 level = up.cross(direction);
   const Vec3 across = level.norm() > 1e-4f ? level.normalized() : Vec3(1, 0, 0);
   const Vec3 along = direction.cross(across);
   SceneAreaLight light;
-  light.corners =
-      RectangleCorners(ReadPoint(fields.Get("at"), unit),
-                       across * static_cast<float>(size[0] * unit / 2),
-                       along * static_cast<float>(size[1] * unit / 2));
+  light.corners = RectangleCorners(ReadPoint(fields.Get("at"), unit),
+                                   across * static_cast<float>(size[0] * unit / 2),
+                                   along * static_cast<float>(size[1] * unit / 2));
   const double distance = ReadDistance(fields, unit);
   const double area = size[0] * size[1] * unit * unit;
   light.emission = ReadBrightness(fields) * static_cast<float>(distance * distance / area);
@@ -92,8 +90,8 @@ SceneAreaLight ReadAreaLight(const JsonValue& value, double unit) {
 
 void ReadLights(const JsonValue& value, double unit, SceneFile& file) {
   for (const JsonValue& element : value.List(kMostLights)) {
-    const auto kind = JsonDictionary(element).Get("kind").OneOf(
-        {"point", "spot", "directional", "lem"});
+    const auto kind =
+        JsonDictionary(element).Get("kind").OneOf({"point", "spot", "directional", "lem"});
     const auto nameField = JsonDictionary(element).Find("name");
     const std::string name = nameField ? nameField->Text() : "";
     if (kind == 3) {

@@ -56,6 +56,11 @@ struct SceneFileModel {
   bool byOrigin = false;  // `at` is where the model's origin goes, not the middle of its foot
   bool lights = true;
   std::vector<MaterialChange> materials;
+  struct Without {
+    Bounds box;
+    std::string place;
+  };
+  std::vector<Without> without;  // meshes that lie wholly in one of them, once placed, are left out
 };
 
 struct SceneFileShape {
