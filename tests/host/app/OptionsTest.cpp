@@ -123,8 +123,8 @@ TEST(Options, HelpAndVersionComeFirst) {
   EXPECT_TRUE(std::holds_alternative<ShowVersion>(ParseOptions({"--version"})));
   // The text tells of every option that there is, and in what the views are.
   for (const char* word : {"--up", "--unit", "--eye", "--target", "--fov", "--latitude",
-                           "--longitude", "--time", "--timezone", "--north", "--no-lights", "--no-lem",
-                           "--viewer", "--help", "--version", "inches, z up"}) {
+                           "--longitude", "--time", "--timezone", "--north", "--no-lights",
+                           "--no-lem", "--viewer", "--help", "--version", "inches, z up"}) {
     EXPECT_NE(HelpText().find(word), std::string::npos) << word;
   }
 }

@@ -1,10 +1,9 @@
-#include "host/model/AreaLights.h"
-
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <numbers>
 
+#include "host/model/AreaLights.h"
 #include "host/model/Lights.h"
 
 namespace qv::host {

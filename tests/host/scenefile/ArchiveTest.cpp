@@ -1,8 +1,7 @@
-#include "host/scenefile/Archive.h"
-
 #include <fstream>
 #include <iterator>
 
+#include "host/scenefile/Archive.h"
 #include "host/scenefile/SceneFileError.h"
 #include "tests/host/model/ModelFolder.h"
 #include "tests/host/scenefile/ZipFile.h"

@@ -40,8 +40,9 @@ class SceneFiles : public ModelFolder {
   }
 
   LoadedScene LoadText(const std::string& fields) {
-    const fs::path path = Write(
-        "scene.json", R"({"format": "quorvane scene", "version": 1, "unit": "in", )" + fields + "}");
+    const fs::path path =
+        Write("scene.json",
+              R"({"format": "quorvane scene", "version": 1, "unit": "in", )" + fields + "}");
     return LoadScene(path);
   }
   Scene Assembled(const std::string& fields) {
@@ -50,8 +51,7 @@ class SceneFiles : public ModelFolder {
     return loaded.scene ? std::move(*loaded.scene) : Scene();
   }
 
-  static const SceneMaterial* Find(const Scene& scene, const std::string& name,
-                                   const Vec3& color) {
+  static const SceneMaterial* Find(const Scene& scene, const std::string& name, const Vec3& color) {
     const auto found = std::find_if(
         scene.materials.begin(), scene.materials.end(), [&](const SceneMaterial& material) {
           return material.name == name && material.diffuseColor.isApprox(color);

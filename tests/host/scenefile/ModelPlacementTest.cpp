@@ -1,8 +1,8 @@
-#include "host/scenefile/ModelPlacement.h"
-
 #include <gtest/gtest.h>
 
 #include <numbers>
+
+#include "host/scenefile/ModelPlacement.h"
 
 namespace qv::host {
 namespace {
@@ -34,16 +34,15 @@ TEST(ModelPlacement, ScalesBeforeItTurns) {
 
 TEST(ModelPlacement, LaysAThingOnItsBackAndStandsItOnTheGroundThen) {
   // A quarter turn about x takes z to -y and y to z: it lies 6 long and 2 high.
-  const auto place =
-      PlacementOf(kBox, Vec3(1, 1, 1), Vec3(kQuarter, 0, 0), Vec3(0, 0, 7), false);
+  const auto place = PlacementOf(kBox, Vec3(1, 1, 1), Vec3(kQuarter, 0, 0), Vec3(0, 0, 7), false);
   ExpectPoint(place * Vec3(10, 20, 30), Vec3(-2, 3, 7));
   ExpectPoint(place * Vec3(14, 22, 36), Vec3(2, -3, 9));
 }
 
 TEST(ModelPlacement, TurnsAboutXThenYThenZ) {
   // z goes to -y by the turn about x, stays there about y, and goes to x about z.
-  const auto place = PlacementOf(kBox, Vec3(1, 1, 1), Vec3(kQuarter, kQuarter, kQuarter),
-                                 Vec3(0, 0, 0), true);
+  const auto place =
+      PlacementOf(kBox, Vec3(1, 1, 1), Vec3(kQuarter, kQuarter, kQuarter), Vec3(0, 0, 0), true);
   ExpectPoint(place * Vec3(0, 0, 1), Vec3(1, 0, 0));
   // The origin's own place, not the foot's.
   ExpectPoint(place * Vec3(0, 0, 0), Vec3(0, 0, 0));
@@ -53,8 +52,8 @@ TEST(ModelPlacement, KeepsNormalsUprightUnderUnevenScales) {
   // The plane x + z = 0, three times as high: x + z / 3 = 0.
   SceneMesh mesh;
   mesh.vertices = {{{1, 0, -1}, {0.70710678f, 0, 0.70710678f}, {0, 0}, {0, 0}}};
-  const SceneMesh placed = Placed(
-      mesh, PlacementOf(kBox, Vec3(1, 1, 3), Vec3(0, 0, 0), Vec3(0, 0, 0), true));
+  const SceneMesh placed =
+      Placed(mesh, PlacementOf(kBox, Vec3(1, 1, 3), Vec3(0, 0, 0), Vec3(0, 0, 0), true));
   ExpectPoint(Vec3(placed.vertices[0].position), Vec3(1, 0, -3));
   ExpectPoint(Vec3(placed.vertices[0].normal), Vec3(3, 0, 1).normalized());
 }

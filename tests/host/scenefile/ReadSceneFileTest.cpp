@@ -1,8 +1,8 @@
-#include "host/scenefile/ReadSceneFile.h"
-
 #include <gtest/gtest.h>
 
 #include <numbers>
+
+#include "host/scenefile/ReadSceneFile.h"
 
 namespace qv::host {
 namespace {
