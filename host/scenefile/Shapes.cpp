@@ -56,8 +56,8 @@ class Builder {
     Rectangle(low, y, x);
     Rectangle(low, x, z);
     Rectangle(low, z, y);
-    Rectangle(high, -x, -z);
-    Rectangle(high, -z, -y);
+    Rectangle(high, -z, -x);
+    Rectangle(high, -y, -z);
   }
 
   void Plane() {
