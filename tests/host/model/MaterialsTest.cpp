@@ -69,6 +69,17 @@ TEST_F(Materials, BlackSurfaceThatGlowsShowsItsGlow) {
   EXPECT_TRUE(FromMtl("Kd 0.2 0 0\nKe 0 0.5 1").diffuseColor.isApprox(Vec3(0.2f, 0, 0)));
 }
 
+TEST_F(Materials, KeepTheirNameAndTheLightOfTheirOwn) {
+  const SceneMaterial classic = FromMtl("Kd 0.2 0 0\nKe 0 0.5 1");
+  EXPECT_TRUE(classic.emission.isApprox(Vec3(0, 0.5f, 1)));
+  EXPECT_FALSE(classic.name.empty());
+  // Linear 0.2140 is 0.5 on the screen (IEC 61966-2-1).
+  const SceneMaterial gltf = FromGltf(R"({"name": "Lamp", "emissiveFactor": [0.214, 0, 1]})");
+  EXPECT_EQ(gltf.name, "Lamp");
+  EXPECT_NEAR(gltf.emission.x(), 0.5f, 1e-3f);
+  EXPECT_FLOAT_EQ(gltf.emission.z(), 1);
+}
+
 TEST_F(Materials, NonsenseInNumbersIsNotPassedOn) {
   const SceneMaterial m = FromMtl("Kd nan 0 0\nKs inf 1 1\nNs nan\nNi -3\nd nan\nillum 2");
   EXPECT_TRUE(m.diffuseColor.allFinite());
