@@ -1,5 +1,6 @@
-// quorvane-bench [--json FILE] [--model FILE] [--size WxH]: what the renderer makes of the
-// processor, as ratios to bare loops over the ray library in the same run.
+// quorvane-bench [--json FILE] [--model FILE] [--room FILE] [--size WxH] [--instructions NAME]:
+// what the renderer makes of the processor, as ratios to bare loops over the ray library in the
+// same run.
 #include <climits>
 #include <cstdio>
 #include <cstring>
@@ -21,6 +22,8 @@ using namespace qv::bench;
 struct Options {
   std::string json;
   std::string house = "/usr/share/assimp/models/IFC/AC14-FZK-Haus.ifc";
+  std::string room = QUORVANE_DEMO "/living-room.json";
+  std::string instructions;  // the best set that may be used; empty for any
   int width = 1280;
   int height = 720;
 };
@@ -35,6 +38,10 @@ std::optional<Options> ParseOptions(int argc, char** argv) {
       options.json = value;
     } else if (name == "--model") {
       options.house = value;
+    } else if (name == "--room") {
+      options.room = value;
+    } else if (name == "--instructions") {
+      options.instructions = value;
     } else if (name == "--size" &&
                std::sscanf(value, "%dx%d", &options.width, &options.height) == 2) {
       if (options.width < 1 || options.height < 1) return std::nullopt;
@@ -99,7 +106,14 @@ bool MeasureWalking(const BenchScene& scene, const std::string& viewer, const Op
 int main(int argc, char** argv) {
   const auto options = ParseOptions(argc, argv);
   if (!options) {
-    std::fprintf(stderr, "usage: quorvane-bench [--json FILE] [--model FILE] [--size WxH]\n");
+    std::fprintf(stderr,
+                 "usage: quorvane-bench [--json FILE] [--model FILE] [--room FILE] [--size WxH]\n"
+                 "                      [--instructions NAME]\n");
+    return 2;
+  }
+  if (!options->instructions.empty() && !qv::LimitVectorInstructionSet(options->instructions)) {
+    std::fprintf(stderr, "quorvane-bench: there are no instructions %s here\n",
+                 options->instructions.c_str());
     return 2;
   }
   std::printf("vector operations: %s\n", qv::VectorInstructionSet());
@@ -107,6 +121,9 @@ int main(int argc, char** argv) {
   const auto house = ModelScene("house", options->house);
   if (!house) return 1;
   MeasureScene(*house, *options, figures);
+  const auto room = ModelScene("room", options->room);
+  if (!room) return 1;
+  MeasureScene(*room, *options, figures);
   const BenchScene million = MillionTriangles();
   MeasureScene(million, *options, figures);
   const auto viewer = std::filesystem::absolute(argv[0]).parent_path() / "quorvane";

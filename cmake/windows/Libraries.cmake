@@ -30,3 +30,11 @@ function(use_assimp_on_windows target)
     target_link_libraries(${target} INTERFACE ${MINIZIP_LIBRARY} ZLIB::ZLIB)
   endif()
 endfunction()
+
+# What a static minizip needs besides.
+function(use_minizip_on_windows target)
+  if(CMAKE_CROSSCOMPILING)
+    find_package(ZLIB REQUIRED)
+    target_link_libraries(${target} INTERFACE ZLIB::ZLIB)
+  endif()
+endfunction()

@@ -5,6 +5,7 @@
 #include <thread>
 #include <utility>
 
+#include "host/app/SceneProperties.h"
 #include "host/app/Sunlight.h"
 #include "platform/ProgramPath.h"
 
@@ -30,7 +31,7 @@ std::string TextOf(const SentCounts& counts) {
   return "meshes " + std::to_string(counts.meshes) + ", triangles " +
          std::to_string(counts.triangles) + ", materials " + std::to_string(counts.materials) +
          ", textures " + std::to_string(counts.textures) + ", lights " +
-         std::to_string(counts.lights);
+         std::to_string(counts.lights) + ", area lights " + std::to_string(counts.areaLights);
 }
 
 }  // namespace
@@ -40,20 +41,21 @@ HostProgram::HostProgram(Options options, Console& console, std::function<int()>
       console_(console),
       endRequested_(std::move(endRequested)),
       properties_(options_.model, UserFolder()),
-      session_(properties_, console_, options_.when) {}
+      session_(properties_, console_) {}
 
 int HostProgram::Run() {
   for (const std::string& warning : properties_.warnings()) console_.Complain(warning);
   if (!FindViewer()) return kFailure;
-  LoadResult result;
+  LoadedScene result;
   if (const Event event = Load(result); event != Event::kDone) return End(event);
   if (!result.scene) {
     console_.Complain(result.error);
     return kFailure;
   }
-  scene_ = std::move(result.scene);
-  Describe();
-  const RenderCamera view = StartView(*scene_, SunlightAt(options_.when), options_.view);
+  const LocationAndTime when = PlaceAndTimeOf(options_.when, result.when);
+  session_.SetPlaceAndTime(when);
+  Show(std::move(result));
+  const RenderCamera view = StartView(*scene_, SunlightAt(when), options_.view);
   session_.SetCamera(view);
   console_.Tell("start view: " + TextOf(view));
   if (!StartViewer()) return kFailure;
@@ -89,7 +91,7 @@ HostProgram::Event HostProgram::EventOfEnd() {
   return session_.viewerClosed() ? Event::kViewerClosed : Event::kViewerDied;
 }
 
-HostProgram::Event HostProgram::Load(LoadResult& result) {
+HostProgram::Event HostProgram::Load(LoadedScene& result) {
   ModelLoader loader(options_.model, options_.load);
   const Event event = WaitUntil([&](milliseconds time) { return loader.WaitFor(time); });
   if (event == Event::kDone) {
@@ -100,6 +102,12 @@ HostProgram::Event HostProgram::Load(LoadResult& result) {
     leftThreadBehind_ = true;
   }
   return event;
+}
+
+void HostProgram::Show(LoadedScene loaded) {
+  scene_ = std::move(loaded.scene);
+  session_.SetDefaults(PropertiesOf(loaded.look, viewer_.parent_path() / "CubeMaps"));
+  Describe();
 }
 
 void HostProgram::Describe() {
@@ -123,7 +131,8 @@ bool HostProgram::StartViewer() {
 
 HostProgram::Event HostProgram::Send() {
   session_.SetPages(scene_->cameras);
-  const SendOptions options{options_.lights, session_.Location(), session_.Camera()};
+  const SendOptions options{options_.lights, options_.areaLights, session_.Location(),
+                            session_.Camera()};
   std::atomic<bool> answered{false};
   const auto started = std::chrono::steady_clock::now();
   auto sending = std::async(std::launch::async, [&]() -> std::optional<SentCounts> {
@@ -157,12 +166,12 @@ HostProgram::Event HostProgram::WhyNotSent(bool answered) {
 }
 
 HostProgram::Event HostProgram::Reload() {
-  if (StampOf(options_.model) != stamp_) {
-    LoadResult result;
+  // What a scene file names may lie anywhere.
+  if (IsSceneFile(options_.model) || StampOf(options_.model) != stamp_) {
+    LoadedScene result;
     if (const Event event = Load(result); event != Event::kDone) return event;
     if (result.scene) {
-      scene_ = std::move(result.scene);
-      Describe();
+      Show(std::move(result));
     } else {
       console_.Complain(result.error + "; the scene as it was is sent again");
     }

@@ -40,7 +40,8 @@ class HostProgram {
   // Waits until `done` holds, or something happens that ends the program.
   Event WaitUntil(const std::function<bool(std::chrono::milliseconds)>& done);
   Event EventOfEnd();
-  Event Load(LoadResult& result);
+  Event Load(LoadedScene& result);
+  void Show(LoadedScene loaded);
   bool StartViewer();
   Event Send();
   Event WhyNotSent(bool answered);

@@ -8,7 +8,7 @@ ModelLoader::ModelLoader(const std::filesystem::path& model, const LoadOptions& 
     : stamp_(StampOf(model)), temporaryFiles_(std::make_shared<TemporaryFolder>()) {
   LoadOptions own = options;
   own.temporaryFiles = temporaryFiles_;
-  std::packaged_task<LoadResult()> task([model, own] { return LoadModel(model, own); });
+  std::packaged_task<LoadedScene()> task([model, own] { return LoadScene(model, own); });
   result_ = task.get_future();
   thread_ = std::thread(std::move(task));
 }
@@ -21,7 +21,7 @@ bool ModelLoader::WaitFor(std::chrono::milliseconds time) {
   return result_.wait_for(time) == std::future_status::ready;
 }
 
-LoadResult ModelLoader::Take() {
+LoadedScene ModelLoader::Take() {
   return result_.get();
 }
 

@@ -7,11 +7,12 @@
 #include <thread>
 
 #include "host/app/FolderStamp.h"
-#include "host/model/LoadModel.h"
+#include "host/scenefile/LoadScene.h"
 
 namespace qv::host {
 
-// Reads a model on a thread of its own, which the import library gives no means to stop.
+// Reads a model or a scene file on a thread of its own, which the import library gives no means to
+// stop.
 class ModelLoader {
  public:
   ModelLoader(const std::filesystem::path& model, const LoadOptions& options);
@@ -22,7 +23,7 @@ class ModelLoader {
 
   // True when Take will not block.
   bool WaitFor(std::chrono::milliseconds time);
-  LoadResult Take();
+  LoadedScene Take();
   // Lets the thread run on without this object; its temporary files are gone, and it makes no new
   // ones. The process is to end without destroying what the thread still uses.
   void GiveUp();
@@ -33,7 +34,7 @@ class ModelLoader {
  private:
   FolderStamp stamp_;
   std::shared_ptr<TemporaryFolder> temporaryFiles_;
-  std::future<LoadResult> result_;
+  std::future<LoadedScene> result_;
   std::thread thread_;
 };
 

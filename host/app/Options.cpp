@@ -51,13 +51,14 @@ void SetLongitude(Options& options, const std::string& value) {
 }
 
 void SetTime(Options& options, const std::string& value) {
-  TakeTimeFrom(value, options.when);
+  options.when.time.emplace();
+  TakeTimeFrom(value, *options.when.time);
 }
 
 void SetTimeZone(Options& options, const std::string& value) {
   const double hours = NumberFrom(value, -12, 12);
   if (hours != std::floor(hours)) throw BadValue("a whole number of hours");
-  options.when.timeZone = static_cast<std::int32_t>(hours);
+  options.when.timeZone = static_cast<int>(hours);
 }
 
 // North is given as a compass bearing in the model, clockwise; the link turns the other way.
@@ -122,13 +123,6 @@ std::pair<std::string, std::optional<std::string>> Split(const std::string& argu
   return {argument.substr(0, equals), argument.substr(equals + 1)};
 }
 
-// Without a zone the clock is that of the nearest whole hour of the longitude, as the viewer
-// counts.
-void SettleTimeZone(Options& options, bool given) {
-  if (given) return;
-  options.when.timeZone = static_cast<std::int32_t>(std::lround(options.when.longitude / 15));
-}
-
 }  // namespace
 
 LocationAndTime DefaultPlaceAndTime() {
@@ -144,16 +138,39 @@ LocationAndTime DefaultPlaceAndTime() {
   return when;
 }
 
-std::string HelpText() {
-  return R"(Usage: quorvane-host [OPTION...] MODEL
+LocationAndTime PlaceAndTimeOf(const PlaceAndTime& commandLine, const PlaceAndTime& sceneFile) {
+  LocationAndTime when = DefaultPlaceAndTime();
+  const auto pick = [](const auto& first, const auto& second, auto otherwise) {
+    return first ? *first : second.value_or(otherwise);
+  };
+  const LocationAndTime time = pick(commandLine.time, sceneFile.time, when);
+  when.year = time.year;
+  when.month = time.month;
+  when.day = time.day;
+  when.hour = time.hour;
+  when.minute = time.minute;
+  when.second = time.second;
+  when.latitude = pick(commandLine.latitude, sceneFile.latitude, when.latitude);
+  when.longitude = pick(commandLine.longitude, sceneFile.longitude, when.longitude);
+  when.sunRotation = pick(commandLine.sunRotation, sceneFile.sunRotation, when.sunRotation);
+  const auto zoneOfLongitude = static_cast<std::int32_t>(std::lround(when.longitude / 15));
+  when.timeZone = pick(commandLine.timeZone, sceneFile.timeZone, zoneOfLongitude);
+  return when;
+}
 
-Opens a model file (IFC, COLLADA, glTF, OBJ, 3DS, FBX, STL, ...) in the Quorvane viewer.
+std::string HelpText() {
+  return R"(Usage: quorvane-host [OPTION...] MODEL|SCENE.json
+
+Opens a model file (IFC, COLLADA, glTF, OBJ, 3DS, FBX, STL, ...) in the Quorvane viewer, or a scene
+file (JSON) that puts several models together.
 
 The model:
   --up y|z               the axis of the file that points up
   --unit in|m|cm|mm|ft   the length that one unit of the file stands for
-                         Both are taken from the file or its format otherwise.
+                         Both are taken from the file or its format otherwise. Not for scene
+                         files, which tell both for each of their models.
   --no-lights            leave out the lights of the file; the sun always shines
+  --no-lem               leave out the area lights that glowing surfaces become
 
 The first view, in the converted model's coordinates: inches, z up.
   --eye X,Y,Z            where the viewer stands
@@ -161,7 +178,7 @@ The first view, in the converted model's coordinates: inches, z up.
   --fov DEGREES          vertical field of view, 1 to 150
                          Otherwise the file's first camera, or a view from outside.
 
-The sun:
+The sun; for what is not given, a scene file has the first word:
   --latitude DEGREES     north is positive; 48.1 by default
   --longitude DEGREES    east is positive; 11.6 by default
   --time YYYY-MM-DDTHH:MM[:SS]
@@ -182,8 +199,6 @@ ends when the viewer is closed.
 std::variant<Options, ShowHelp, ShowVersion, UsageError> ParseOptions(
     const std::vector<std::string>& arguments) {
   Options options;
-  options.when = DefaultPlaceAndTime();
-  bool zoneGiven = false;
   bool optionsEnded = false;
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
@@ -198,6 +213,8 @@ std::variant<Options, ShowHelp, ShowVersion, UsageError> ParseOptions(
       optionsEnded = true;
     } else if (argument == "--no-lights") {
       options.lights = false;
+    } else if (argument == "--no-lem") {
+      options.areaLights = false;
     } else {
       const auto [name, joinedValue] = Split(argument);
       const ValueOption* option = Find(name);
@@ -205,11 +222,9 @@ std::variant<Options, ShowHelp, ShowVersion, UsageError> ParseOptions(
       if (!joinedValue && i + 1 == arguments.size()) return UsageError{name + " needs a value"};
       const std::string& value = joinedValue ? *joinedValue : arguments[++i];
       if (const auto wrong = Apply(*option, value, options)) return UsageError{*wrong};
-      zoneGiven |= option->set == SetTimeZone;
     }
   }
   if (options.model.empty()) return UsageError{"no model was given"};
-  SettleTimeZone(options, zoneGiven);
   return options;
 }
 

@@ -7,7 +7,7 @@
 
 #include "host/model/LoadModel.h"
 #include "host/model/StartView.h"
-#include "link/IQuorvane.h"
+#include "host/scenefile/SceneFile.h"
 
 namespace qv::host {
 
@@ -16,8 +16,9 @@ struct Options {
   std::string model;
   LoadOptions load;
   ViewWishes view;
-  LocationAndTime when;
+  PlaceAndTime when;
   bool lights = true;
+  bool areaLights = true;
   std::string viewer;  // empty: the one beside this program
 };
 
@@ -30,6 +31,11 @@ struct UsageError {
 // The place and the time that a model without any is shown at: a summer afternoon in the middle of
 // Europe, with the sun high in the south-west.
 LocationAndTime DefaultPlaceAndTime();
+
+// What is known of a place and time: what the command line gives, else what the scene file gives,
+// else the default. Without a zone the clock is that of the nearest whole hour of the longitude, as
+// the viewer counts.
+LocationAndTime PlaceAndTimeOf(const PlaceAndTime& commandLine, const PlaceAndTime& sceneFile);
 
 std::string HelpText();
 

@@ -21,6 +21,16 @@ std::u16string Utf16Of(const std::string& text) {
 
 }  // namespace
 
+void Session::SetPlaceAndTime(const LocationAndTime& when) {
+  const std::lock_guard lock(mutex_);
+  when_ = when;
+}
+
+void Session::SetDefaults(std::map<std::string, std::vector<std::byte>> defaults) {
+  const std::lock_guard lock(mutex_);
+  defaults_ = std::move(defaults);
+}
+
 void Session::SetPages(std::vector<SceneCamera> cameras) {
   const std::lock_guard lock(mutex_);
   pages_ = std::move(cameras);
@@ -106,7 +116,11 @@ void Session::SetProperty(const std::string& name, std::vector<std::byte> value)
 }
 
 std::optional<std::vector<std::byte>> Session::Property(const std::string& name) {
-  return properties_.Get(name);
+  if (auto value = properties_.Get(name)) return value;
+  const std::lock_guard lock(mutex_);
+  const auto value = defaults_.find(name);
+  if (value == defaults_.end()) return std::nullopt;
+  return value->second;
 }
 
 }  // namespace qv::host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -17,8 +18,13 @@ namespace qv::host {
 // come on the link's message thread; the rest may be called from any.
 class Session final : public HostSide {
  public:
-  Session(PropertyStore& properties, Console& console, const LocationAndTime& when)
-      : properties_(properties), console_(console), when_(when) {}
+  Session(PropertyStore& properties, Console& console)
+      : properties_(properties), console_(console) {}
+
+  // Where and when the scene is, until the viewer changes the time.
+  void SetPlaceAndTime(const LocationAndTime& when);
+  // Values for properties that the store does not hold.
+  void SetDefaults(std::map<std::string, std::vector<std::byte>> defaults);
 
   // A scene that is about to be sent: its cameras are the saved views from now on.
   void SetPages(std::vector<SceneCamera> cameras);
@@ -49,6 +55,7 @@ class Session final : public HostSide {
   RenderCamera camera_;
   LocationAndTime when_;
   std::vector<SceneCamera> pages_;
+  std::map<std::string, std::vector<std::byte>> defaults_;
 };
 
 }  // namespace qv::host

@@ -10,6 +10,7 @@
 #include <span>
 #include <utility>
 
+#include "host/model/AreaLights.h"
 #include "host/model/Cameras.h"
 #include "host/model/FileCheck.h"
 #include "host/model/Lights.h"
@@ -110,6 +111,7 @@ LoadResult Converted(const aiScene& source, const ModelFormat& format, const fs:
   scene->materials = materials.Take(scene->warnings);
   const PlaceOfName places = PlacesByName(nodes);
   scene->lights = LightsOf(source, format, places, worldFromScene, scene->bounds);
+  scene->areaLights = AreaLightsOf(*scene);
   scene->cameras = CamerasOf(source, format, places, worldFromScene, scene->bounds);
   for (const std::string& sentence : Sentences(leftOut)) scene->warnings.push_back(sentence);
   TellOrigin(*scene);

@@ -126,6 +126,15 @@ Appearance AppearanceOf(const aiMaterial& material) {
   return shown;
 }
 
+// Without a texture in its place, which says more than the factor beside it.
+Vec3 EmissionOf(const aiMaterial& material) {
+  if (!TextureName(material, aiTextureType_EMISSIVE).empty()) return {0, 0, 0};
+  const float intensity = Number(material, AI_MATKEY_EMISSIVE_INTENSITY).value_or(1);
+  const Vec3 emission =
+      ColorOr(material, AI_MATKEY_COLOR_EMISSIVE, Vec3(0, 0, 0)) * std::max(intensity, 0.0f);
+  return emission.allFinite() ? emission : Vec3(0, 0, 0);
+}
+
 float RefractiveIndexOf(const aiMaterial& material) {
   const float index = Number(material, AI_MATKEY_REFRACTI).value_or(1);
   return index > 1 && index <= 4 ? index : 1;
@@ -150,7 +159,7 @@ bool HasHighlight(const aiMaterial& material, const ModelFormat& format) {
   }
 }
 
-void SetHighlight(const aiMaterial& material, MaterialParameters& parameters) {
+void SetHighlight(const aiMaterial& material, SceneMaterial& parameters) {
   float exponent = Number(material, AI_MATKEY_SHININESS).value_or(0);
   const Vec3 specular = ColorOr(material, AI_MATKEY_COLOR_SPECULAR, Vec3(0, 0, 0)) *
                         Number(material, AI_MATKEY_SHININESS_STRENGTH).value_or(1);
@@ -163,7 +172,7 @@ void SetHighlight(const aiMaterial& material, MaterialParameters& parameters) {
 
 // The mirror's part: a number, and a colour whose absence means white. A black mirror is none.
 float ReflectanceOf(const aiMaterial& material, const ModelFormat& format,
-                    const MaterialParameters& parameters) {
+                    const SceneMaterial& parameters) {
   if (format.family == Family::kObj) {
     // The illumination models of the MTL format that trace reflections.
     const int model = Integer(material, AI_MATKEY_OBJ_ILLUM).value_or(0);
@@ -178,8 +187,7 @@ float ReflectanceOf(const aiMaterial& material, const ModelFormat& format,
 // Highlight and mirror of glTF's metallic-roughness model: the peak of the normalised Blinn-Phong
 // lobe of exponent 2 / roughness^4 - 2 (B. Karis, "Specular BRDF Reference", 2013), and the Phong
 // exponent that gives a lobe of the same width, a quarter of it. Smooth metal mirrors.
-void SetMetallicRoughness(const aiMaterial& material, const Vec3& base,
-                          MaterialParameters& parameters) {
+void SetMetallicRoughness(const aiMaterial& material, const Vec3& base, SceneMaterial& parameters) {
   // With a texture the factors say nothing of the surface as a whole.
   if (!TextureName(material, aiTextureType_METALNESS).empty()) return;
   const float metallic =
@@ -200,7 +208,7 @@ void SetMetallicRoughness(const aiMaterial& material, const Vec3& base,
 // The colour of the specular-glossiness extension stands in the same place as the base colour.
 ReadMaterial GltfMaterial(const aiMaterial& material) {
   ReadMaterial read;
-  MaterialParameters& parameters = read.parameters;
+  SceneMaterial& parameters = read.parameters;
   const Appearance shown = AppearanceOf(material);
   parameters.diffuseColor = Encoded(shown.color);
   parameters.refractiveIndex = RefractiveIndexOf(material);
@@ -232,7 +240,7 @@ ReadMaterial GltfMaterial(const aiMaterial& material) {
 
 ReadMaterial ClassicMaterial(const aiMaterial& material, const ModelFormat& format) {
   ReadMaterial read;
-  MaterialParameters& parameters = read.parameters;
+  SceneMaterial& parameters = read.parameters;
   const Appearance shown = AppearanceOf(material);
   parameters.ambientColor = ColorOr(material, AI_MATKEY_COLOR_AMBIENT, Vec3(0, 0, 0));
   parameters.diffuseColor = shown.color;
@@ -252,12 +260,16 @@ ReadMaterial ClassicMaterial(const aiMaterial& material, const ModelFormat& form
 }  // namespace
 
 ReadMaterial MaterialFrom(const aiMaterial& material, const ModelFormat& format) {
-  return format.family == Family::kGltf ? GltfMaterial(material)
-                                        : ClassicMaterial(material, format);
+  const bool isGltf = format.family == Family::kGltf;
+  ReadMaterial read = isGltf ? GltfMaterial(material) : ClassicMaterial(material, format);
+  read.parameters.name = Text(material, AI_MATKEY_NAME);
+  const Vec3 emission = EmissionOf(material);
+  read.parameters.emission = format.linearColors ? Encoded(emission) : emission;
+  return read;
 }
 
-MaterialParameters PlainMaterial() {
-  MaterialParameters parameters;
+SceneMaterial PlainMaterial() {
+  SceneMaterial parameters;
   parameters.diffuseColor = Vec3(0.8f, 0.8f, 0.8f);
   return parameters;
 }

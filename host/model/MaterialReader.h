@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-#include "core/SceneRecords.h"
 #include "host/model/ModelFormat.h"
+#include "host/model/Scene.h"
 
 namespace qv::host {
 
@@ -30,7 +30,7 @@ struct TextureUse {
 };
 
 struct ReadMaterial {
-  MaterialParameters parameters;  // without the texture's file
+  SceneMaterial parameters;  // without the texture's file
   std::optional<TextureUse> texture;
 };
 
@@ -44,7 +44,7 @@ struct ReadMaterial {
 ReadMaterial MaterialFrom(const aiMaterial& material, const ModelFormat& format);
 
 // The material of a mesh that names none.
-MaterialParameters PlainMaterial();
+SceneMaterial PlainMaterial();
 
 // sRGB of linear light and back, per channel (IEC 61966-2-1).
 float SrgbFromLinear(float linear);

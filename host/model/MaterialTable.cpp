@@ -7,8 +7,8 @@ namespace qv::host {
 namespace {
 
 // All that tells materials apart, as bytes.
-std::string BytesOf(const MaterialParameters& m) {
-  const std::array<float, 17> numbers = {m.ambientColor.x(),
+std::string BytesOf(const SceneMaterial& m) {
+  const std::array<float, 20> numbers = {m.ambientColor.x(),
                                          m.ambientColor.y(),
                                          m.ambientColor.z(),
                                          m.diffuseColor.x(),
@@ -24,13 +24,18 @@ std::string BytesOf(const MaterialParameters& m) {
                                          m.refractiveIndex,
                                          m.shadingFlag,
                                          m.opacity,
-                                         m.bumpFactor};
+                                         m.bumpFactor,
+                                         m.emission.x(),
+                                         m.emission.y(),
+                                         m.emission.z()};
   std::string bytes(reinterpret_cast<const char*>(numbers.data()), sizeof numbers);
+  bytes += m.name;
+  bytes += '\0';
   if (m.hasTexture) bytes += m.texturePath;
   return bytes;
 }
 
-float Distance(const MaterialParameters& a, const MaterialParameters& b) {
+float Distance(const SceneMaterial& a, const SceneMaterial& b) {
   const bool sameTexture =
       a.hasTexture == b.hasTexture && (!a.hasTexture || a.texturePath == b.texturePath);
   const float opacity = a.opacity - b.opacity;
@@ -40,7 +45,7 @@ float Distance(const MaterialParameters& a, const MaterialParameters& b) {
 
 }  // namespace
 
-std::uint32_t MaterialTable::IndexOf(const MaterialParameters& material) {
+std::uint32_t MaterialTable::IndexOf(const SceneMaterial& material) {
   const auto [place, isNew] =
       indexOfBytes_.try_emplace(BytesOf(material), static_cast<std::uint32_t>(materials_.size()));
   if (!isNew) return place->second;
@@ -53,7 +58,7 @@ std::uint32_t MaterialTable::IndexOf(const MaterialParameters& material) {
   return place->second;
 }
 
-std::uint32_t MaterialTable::NearestTo(const MaterialParameters& material) const {
+std::uint32_t MaterialTable::NearestTo(const SceneMaterial& material) const {
   std::size_t nearest = 0;
   float least = std::numeric_limits<float>::infinity();
   for (std::size_t i = 0; i < materials_.size(); ++i) {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/SceneRecords.h"
+#include "host/model/Scene.h"
 
 namespace qv::host {
 
@@ -17,18 +17,18 @@ class MaterialTable {
   explicit MaterialTable(std::size_t limit) : limit_(limit) {}
 
   // The index of an equal material, or of a new one.
-  std::uint32_t IndexOf(const MaterialParameters& material);
+  std::uint32_t IndexOf(const SceneMaterial& material);
 
   // Materials that had to take another's place.
   std::size_t Replaced() const { return replaced_; }
-  std::vector<MaterialParameters> Take() { return std::move(materials_); }
+  std::vector<SceneMaterial> Take() { return std::move(materials_); }
 
  private:
-  std::uint32_t NearestTo(const MaterialParameters& material) const;
+  std::uint32_t NearestTo(const SceneMaterial& material) const;
 
   std::size_t limit_;
   std::size_t replaced_ = 0;
-  std::vector<MaterialParameters> materials_;
+  std::vector<SceneMaterial> materials_;
   std::map<std::string, std::uint32_t> indexOfBytes_;
 };
 

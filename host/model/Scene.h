@@ -17,6 +17,12 @@ namespace qv::host {
 
 using Bounds = Eigen::AlignedBox3f;
 
+// A material as the viewer takes it, and what only the host knows of it.
+struct SceneMaterial : MaterialParameters {
+  std::string name;        // the file's; empty for none
+  Vec3 emission{0, 0, 0};  // the light of its own that the surface shows, on the screen's scale
+};
+
 // One mesh of the file at one place in the world. The triangles' material words name the scene's
 // materials, the same one on both sides.
 struct SceneMesh {
@@ -37,6 +43,16 @@ struct SceneLight {
   float outerAngle = 0;      // spot: from the axis to where the light ends, radians
 };
 
+// A lamp with a surface: the viewer's LEM light.
+struct SceneAreaLight {
+  std::string name;
+  // A small part of area A at a distance r, seen straight on, gives a white surface that faces it
+  // emission * A / r^2.
+  Vec3 emission{0, 0, 0};
+  // Three for each triangle, counterclockwise as seen from the side that it shines to.
+  std::vector<Vec3> corners;
+};
+
 struct SceneCamera {
   std::string name;
   RenderCamera view;
@@ -44,9 +60,10 @@ struct SceneCamera {
 
 // A model as the viewer gets it: flat, in inches, z up.
 struct Scene {
-  std::vector<MaterialParameters> materials;  // at most kMaximumMaterials
+  std::vector<SceneMaterial> materials;  // at most kMaximumMaterials
   std::vector<SceneMesh> meshes;
   std::vector<SceneLight> lights;
+  std::vector<SceneAreaLight> areaLights;
   std::vector<SceneCamera> cameras;
   Bounds bounds;                      // of all meshes
   std::filesystem::path directory;    // the model file's

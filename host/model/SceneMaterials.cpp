@@ -43,9 +43,8 @@ void SceneMaterials::WishCoordinates(const aiMesh& mesh, MeshWishes& wishes) con
 }
 
 // Vertex colours take the place of the material's, but multiply it in glTF.
-MaterialParameters SceneMaterials::Colored(const MaterialParameters& plain,
-                                           const Vec3& color) const {
-  MaterialParameters colored = plain;
+SceneMaterial SceneMaterials::Colored(const SceneMaterial& plain, const Vec3& color) const {
+  SceneMaterial colored = plain;
   if (linearColors_) {
     const Vec3 encoded = color.unaryExpr([](float channel) { return SrgbFromLinear(channel); });
     colored.diffuseColor = plain.diffuseColor.cwiseProduct(encoded);
@@ -57,7 +56,7 @@ MaterialParameters SceneMaterials::Colored(const MaterialParameters& plain,
 
 std::vector<std::uint32_t> SceneMaterials::IndicesFor(const aiMesh& mesh, const LocalMesh& local) {
   const ReadMaterial& read = Read(mesh);
-  MaterialParameters parameters = read.parameters;
+  SceneMaterial parameters = read.parameters;
   if (read.texture && HasUv(mesh, ChannelFor(mesh, *read.texture))) {
     if (const auto file = textures_.FileFor(*read.texture)) {
       parameters.hasTexture = true;
@@ -80,15 +79,15 @@ std::vector<std::uint32_t> SceneMaterials::IndicesFor(const aiMesh& mesh, const 
   return indices;
 }
 
-std::vector<MaterialParameters> SceneMaterials::Take(std::vector<std::string>& warnings) {
+std::vector<SceneMaterial> SceneMaterials::Take(std::vector<std::string>& warnings) {
   if (table_.Replaced() > 0) {
     warnings.push_back("There are too many materials; " + std::to_string(table_.Replaced()) +
                        " were replaced by similar ones.");
   }
-  std::vector<MaterialParameters> materials = table_.Take();
-  const auto isVisible = [](const MaterialParameters& m) { return m.opacity >= kVisible; };
+  std::vector<SceneMaterial> materials = table_.Take();
+  const auto isVisible = [](const SceneMaterial& m) { return m.opacity >= kVisible; };
   if (std::none_of(materials.begin(), materials.end(), isVisible)) {
-    for (MaterialParameters& material : materials) material.opacity = 1;
+    for (SceneMaterial& material : materials) material.opacity = 1;
     warnings.push_back("All materials are fully transparent; they are shown opaque.");
   }
   return materials;

@@ -29,11 +29,11 @@ class SceneMaterials {
   std::vector<std::uint32_t> IndicesFor(const aiMesh& mesh, const LocalMesh& local);
 
   // All materials; changes those of a model of which nothing could be seen. To be called last.
-  std::vector<MaterialParameters> Take(std::vector<std::string>& warnings);
+  std::vector<SceneMaterial> Take(std::vector<std::string>& warnings);
 
  private:
   const ReadMaterial& Read(const aiMesh& mesh) const;
-  MaterialParameters Colored(const MaterialParameters& plain, const Vec3& color) const;
+  SceneMaterial Colored(const SceneMaterial& plain, const Vec3& color) const;
 
   std::vector<ReadMaterial> read_;  // the file's, then the plain one
   bool linearColors_;

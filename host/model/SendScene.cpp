@@ -57,6 +57,18 @@ bool SendLights(HostLink& link, const Scene& scene) {
   return true;
 }
 
+bool SendAreaLights(HostLink& link, const Scene& scene) {
+  for (const SceneAreaLight& light : scene.areaLights) {
+    std::vector<float> vertices;
+    vertices.reserve(3 * light.corners.size());
+    for (const Vec3& corner : light.corners) {
+      vertices.insert(vertices.end(), {corner.x(), corner.y(), corner.z()});
+    }
+    if (!link.AddLEMLight(light.emission, vertices)) return false;
+  }
+  return true;
+}
+
 bool SendMeshes(HostLink& link, const Scene& scene) {
   Progress progress(link, scene.TriangleCount());
   for (const SceneMesh& mesh : scene.meshes) {
@@ -72,15 +84,21 @@ bool SendMeshes(HostLink& link, const Scene& scene) {
 
 std::optional<SentCounts> SendScene(HostLink& link, const Scene& scene,
                                     const SendOptions& options) {
-  const bool sent =
-      link.SetModelDirectory(scene.directory.string()) &&
-      link.SetStatusMessage("Loading materials...") && SendMaterials(link, scene) &&
-      (!options.lights || SendLights(link, scene)) && link.SetLocationAndTime(options.when) &&
-      link.SetStatusMessage("Loading objects...") && SendMeshes(link, scene) &&
-      link.SceneComplete() && link.SetProgress(0) && link.SetCamera(options.camera, true);
+  const bool sent = link.SetModelDirectory(scene.directory.string()) &&
+                    link.SetStatusMessage("Loading materials...") && SendMaterials(link, scene) &&
+                    (!options.lights || SendLights(link, scene)) &&
+                    (!options.areaLights || SendAreaLights(link, scene)) &&
+                    link.SetLocationAndTime(options.when) &&
+                    link.SetStatusMessage("Loading objects...") && SendMeshes(link, scene) &&
+                    link.SceneComplete() && link.SetProgress(0) &&
+                    link.SetCamera(options.camera, true);
   if (!sent) return std::nullopt;
-  return SentCounts{scene.meshes.size(), scene.TriangleCount(), scene.materials.size(),
-                    scene.TextureCount(), options.lights ? scene.lights.size() : 0};
+  return SentCounts{scene.meshes.size(),
+                    scene.TriangleCount(),
+                    scene.materials.size(),
+                    scene.TextureCount(),
+                    options.lights ? scene.lights.size() : 0,
+                    options.areaLights ? scene.areaLights.size() : 0};
 }
 
 }  // namespace qv::host

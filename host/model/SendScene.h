@@ -11,12 +11,13 @@ namespace qv::host {
 
 struct SendOptions {
   bool lights = true;
+  bool areaLights = true;
   LocationAndTime when;
   RenderCamera camera;
 };
 
 struct SentCounts {
-  std::size_t meshes = 0, triangles = 0, materials = 0, textures = 0, lights = 0;
+  std::size_t meshes = 0, triangles = 0, materials = 0, textures = 0, lights = 0, areaLights = 0;
 };
 
 // Hands a whole scene to the viewer, with what the user reads meanwhile: materials, lights, place

@@ -313,5 +313,16 @@ const char* VectorInstructionSet() {
   return HWY_DYNAMIC_DISPATCH(VectorInstructionSet)();
 }
 
+bool LimitVectorInstructionSet(std::string_view name) {
+  // One bit for each set, the better the lower on all processors.
+  for (std::int64_t rest = hwy::SupportedTargets(); rest != 0; rest &= rest - 1) {
+    const std::int64_t target = rest & -rest;
+    if (name != hwy::TargetName(target)) continue;
+    hwy::DisableTargets(target - 1);
+    return true;
+  }
+  return false;
+}
+
 }  // namespace qv
 #endif  // HWY_ONCE

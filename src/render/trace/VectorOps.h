@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "render/frame/PixelRays.h"
 #include "render/trace/RayPacket.h"
 
@@ -58,5 +60,9 @@ bool AnyActive(const LaneInts& mask);
 
 // The name of the instruction set in use, such as "AVX2".
 const char* VectorInstructionSet();
+
+// Lets none better than the named one be used, for comparisons. To be called before anything else
+// here. False if the processor has no such set or the program was not built for it.
+bool LimitVectorInstructionSet(std::string_view name);
 
 }  // namespace qv

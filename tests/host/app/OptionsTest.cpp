@@ -17,6 +17,10 @@ Options Parsed(const std::vector<std::string>& arguments) {
   return options != nullptr ? *options : Options();
 }
 
+LocationAndTime When(const std::vector<std::string>& arguments) {
+  return PlaceAndTimeOf(Parsed(arguments).when, {});
+}
+
 std::string ErrorOf(const std::vector<std::string>& arguments) {
   const auto parsed = ParseOptions(arguments);
   const auto* error = std::get_if<UsageError>(&parsed);
@@ -30,8 +34,10 @@ TEST(Options, ModelAloneIsShownInTheAfternoonOfASummerDay) {
   EXPECT_FALSE(options.load.unit);
   EXPECT_FALSE(options.view.eye || options.view.target || options.view.fieldOfView);
   EXPECT_TRUE(options.lights);
-  EXPECT_EQ(options.when.month, 6);
-  EXPECT_EQ(options.when.sunRotation, 0);
+  EXPECT_TRUE(options.areaLights);
+  const LocationAndTime when = PlaceAndTimeOf(options.when, {});
+  EXPECT_EQ(when.month, 6);
+  EXPECT_EQ(when.sunRotation, 0);
 }
 
 TEST(Options, AllMayBeGivenOnEitherSideOfTheModelAndInBothForms) {
@@ -53,6 +59,7 @@ TEST(Options, AllMayBeGivenOnEitherSideOfTheModelAndInBothForms) {
                                   "--north",
                                   "90",
                                   "--no-lights",
+                                  "--no-lem",
                                   "--viewer",
                                   "/opt/quorvane"});
   EXPECT_EQ(options.model, "model.obj");
@@ -61,30 +68,49 @@ TEST(Options, AllMayBeGivenOnEitherSideOfTheModelAndInBothForms) {
   EXPECT_EQ(options.view.eye, Vec3(1, -2.5f, 30));
   EXPECT_EQ(options.view.target, Vec3(-4, 5, 6));
   EXPECT_FLOAT_EQ(*options.view.fieldOfView, 45 * kDegree);
-  EXPECT_FLOAT_EQ(options.when.latitude, -33.9f);
-  EXPECT_FLOAT_EQ(options.when.longitude, 151.2f);
-  EXPECT_EQ(options.when.year, 2023);
-  EXPECT_EQ(options.when.month, 12);
-  EXPECT_EQ(options.when.day, 31);
-  EXPECT_EQ(options.when.hour, 8);
-  EXPECT_EQ(options.when.minute, 9);
-  EXPECT_EQ(options.when.second, 10);
-  EXPECT_EQ(options.when.timeZone, 10);
+  const LocationAndTime when = PlaceAndTimeOf(options.when, {});
+  EXPECT_FLOAT_EQ(when.latitude, -33.9f);
+  EXPECT_FLOAT_EQ(when.longitude, 151.2f);
+  EXPECT_EQ(when.year, 2023);
+  EXPECT_EQ(when.month, 12);
+  EXPECT_EQ(when.day, 31);
+  EXPECT_EQ(when.hour, 8);
+  EXPECT_EQ(when.minute, 9);
+  EXPECT_EQ(when.second, 10);
+  EXPECT_EQ(when.timeZone, 10);
   // A bearing is clockwise, the link's angle counterclockwise.
-  EXPECT_FLOAT_EQ(options.when.sunRotation, -90 * kDegree);
+  EXPECT_FLOAT_EQ(when.sunRotation, -90 * kDegree);
   EXPECT_FALSE(options.lights);
+  EXPECT_FALSE(options.areaLights);
   EXPECT_EQ(options.viewer, "/opt/quorvane");
 }
 
 TEST(Options, ZoneGoesByTheLongitudeUnlessGiven) {
-  EXPECT_EQ(Parsed({"m"}).when.timeZone, 1);
-  EXPECT_EQ(Parsed({"m", "--longitude=-71"}).when.timeZone, -5);
-  EXPECT_EQ(Parsed({"m", "--longitude=178"}).when.timeZone, 12);
-  EXPECT_EQ(Parsed({"m", "--timezone=-3", "--longitude=178"}).when.timeZone, -3);
+  EXPECT_EQ(When({"m"}).timeZone, 1);
+  EXPECT_EQ(When({"m", "--longitude=-71"}).timeZone, -5);
+  EXPECT_EQ(When({"m", "--longitude=178"}).timeZone, 12);
+  EXPECT_EQ(When({"m", "--timezone=-3", "--longitude=178"}).timeZone, -3);
+}
+
+TEST(Options, PlaceAndTimeComeFromTheSceneFileUnlessGiven) {
+  PlaceAndTime file;
+  file.latitude = 35;
+  file.longitude = 139;
+  file.time.emplace();
+  file.time->year = 2020;
+  const LocationAndTime when =
+      PlaceAndTimeOf(Parsed({"s.json", "--latitude=-5", "--north=10"}).when, file);
+  EXPECT_EQ(when.latitude, -5);
+  EXPECT_EQ(when.longitude, 139);
+  EXPECT_EQ(when.timeZone, 9);
+  EXPECT_EQ(when.year, 2020);
+  EXPECT_FLOAT_EQ(when.sunRotation, -10 * kDegree);
+  file.timeZone = 8;
+  EXPECT_EQ(PlaceAndTimeOf({}, file).timeZone, 8);
 }
 
 TEST(Options, TimesWithoutSecondsStartTheMinute) {
-  EXPECT_EQ(Parsed({"m", "--time=2024-02-29T23:59"}).when.second, 0);
+  EXPECT_EQ(When({"m", "--time=2024-02-29T23:59"}).second, 0);
 }
 
 TEST(Options, ModelMayStartWithADashBehindTheEndOfOptions) {
@@ -98,7 +124,7 @@ TEST(Options, HelpAndVersionComeFirst) {
   // The text tells of every option that there is, and in what the views are.
   for (const char* word : {"--up", "--unit", "--eye", "--target", "--fov", "--latitude",
                            "--longitude", "--time", "--timezone", "--north", "--no-lights",
-                           "--viewer", "--help", "--version", "inches, z up"}) {
+                           "--no-lem", "--viewer", "--help", "--version", "inches, z up"}) {
     EXPECT_NE(HelpText().find(word), std::string::npos) << word;
   }
 }

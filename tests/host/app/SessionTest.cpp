@@ -1,5 +1,7 @@
+#include <cstring>
 #include <sstream>
 
+#include "host/app/SceneProperties.h"
 #include "host/app/Session.h"
 #include "tests/host/app/TestFolder.h"
 
@@ -21,11 +23,13 @@ LocationAndTime SomeWhen() {
 
 class Sessions : public TestFolder {
  protected:
+  Sessions() { session.SetPlaceAndTime(SomeWhen()); }
+
   std::ostringstream output;
   std::ostringstream errors;
   Console console{output, errors};
   PropertyStore properties{folder() / "model.obj", folder() / "user"};
-  Session session{properties, console, SomeWhen()};
+  Session session{properties, console};
 };
 
 TEST_F(Sessions, CameraFollowsTheViewerWithItsTargetAsFarAhead) {
@@ -89,6 +93,44 @@ TEST_F(Sessions, ResendIsAskedForOnceEachTime) {
   EXPECT_FALSE(session.viewerClosed());
   session.ViewerClosed();
   EXPECT_TRUE(session.viewerClosed());
+}
+
+TEST_F(Sessions, DefaultsOfTheSceneCountUntilTheUserChangesThem) {
+  SceneLook look;
+  look.gamma = 1.5f;
+  look.contrast = 0.25f;
+  look.lightFactors.emplace();
+  look.lightFactors->lem = 2;
+  look.lightFactors->skyColor = true;
+  look.background = "second";
+  std::filesystem::create_directories(folder() / "maps" / "second");
+  session.SetDefaults(PropertiesOf(look, folder() / "maps"));
+
+  // As the link's records have them.
+  const auto floats = [&](const std::string& name, std::size_t count) {
+    std::vector<float> values(count);
+    const auto bytes = session.Property(name).value_or(std::vector<std::byte>());
+    EXPECT_GE(bytes.size(), count * sizeof(float)) << name;
+    if (bytes.size() >= count * sizeof(float)) {
+      std::memcpy(values.data(), bytes.data(), count * sizeof(float));
+    }
+    return values;
+  };
+  EXPECT_EQ(floats("gamma", 1), std::vector<float>({1.5f}));
+  EXPECT_EQ(floats("brightness2", 2), std::vector<float>({0, 0.25f}));
+  EXPECT_EQ(floats("light_factors", 4), std::vector<float>({1, 1, 1, 2}));
+  EXPECT_EQ(session.Property("light_factors")->size(), 20u);
+  EXPECT_EQ(session.Property("light_factors")->at(16), std::byte{1});
+  EXPECT_EQ(session.Property("background"),
+            std::vector<std::byte>({std::byte{8}, {}, {}, {}, {}, {}, {}, {}}));
+  EXPECT_FALSE(session.Property("eye_height"));
+
+  session.SetProperty("gamma", {std::byte{1}});
+  EXPECT_EQ(session.Property("gamma"), std::vector<std::byte>({std::byte{1}}));
+  // A cube map that is not there.
+  look.background = "third";
+  session.SetDefaults(PropertiesOf(look, folder() / "maps"));
+  EXPECT_FALSE(session.Property("background"));
 }
 
 }  // namespace

@@ -8,18 +8,18 @@ namespace {
 class Materials : public ModelFolder {
  protected:
   // The material of a one-triangle OBJ file with these lines in its library.
-  MaterialParameters FromMtl(const std::string& lines) {
+  SceneMaterial FromMtl(const std::string& lines) {
     Write("model.mtl", "newmtl m\n" + lines + "\n");
     const auto path = Write("model.obj",
                             "mtllib model.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\nvt 1 0\nvt 0 1\n"
                             "usemtl m\nf 1/1 2/2 3/3\n");
     const Scene scene = Load(path);
     EXPECT_EQ(scene.materials.size(), 1u);
-    return scene.materials.empty() ? MaterialParameters() : scene.materials[0];
+    return scene.materials.empty() ? SceneMaterial() : scene.materials[0];
   }
 
   // The same of a glTF file. Its buffer holds the points (0,0,0), (1,0,0), (0,1,0).
-  MaterialParameters FromGltf(const std::string& material) {
+  SceneMaterial FromGltf(const std::string& material) {
     const auto path = Write("model.gltf", R"({"asset":{"version":"2.0"},"scene":0,
 "scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],
 "meshes":[{"primitives":[{"attributes":{"POSITION":0},"material":0}]}],
@@ -33,12 +33,12 @@ class Materials : public ModelFolder {
                                               R"("}]})");
     const Scene scene = Load(path);
     EXPECT_EQ(scene.materials.size(), 1u);
-    return scene.materials.empty() ? MaterialParameters() : scene.materials[0];
+    return scene.materials.empty() ? SceneMaterial() : scene.materials[0];
   }
 };
 
 TEST_F(Materials, ObjColoursGoAsTheyStand) {
-  const MaterialParameters m =
+  const SceneMaterial m =
       FromMtl("Ka 0.1 0.2 0.3\nKd 0.5 0.25 0.75\nKs 0.2 0.3 0.4\nNs 50\nNi 1.5\nillum 2");
   EXPECT_TRUE(m.ambientColor.isApprox(Vec3(0.1f, 0.2f, 0.3f)));
   EXPECT_TRUE(m.diffuseColor.isApprox(Vec3(0.5f, 0.25f, 0.75f)));
@@ -69,8 +69,19 @@ TEST_F(Materials, BlackSurfaceThatGlowsShowsItsGlow) {
   EXPECT_TRUE(FromMtl("Kd 0.2 0 0\nKe 0 0.5 1").diffuseColor.isApprox(Vec3(0.2f, 0, 0)));
 }
 
+TEST_F(Materials, KeepTheirNameAndTheLightOfTheirOwn) {
+  const SceneMaterial classic = FromMtl("Kd 0.2 0 0\nKe 0 0.5 1");
+  EXPECT_TRUE(classic.emission.isApprox(Vec3(0, 0.5f, 1)));
+  EXPECT_FALSE(classic.name.empty());
+  // Linear 0.2140 is 0.5 on the screen (IEC 61966-2-1).
+  const SceneMaterial gltf = FromGltf(R"({"name": "Lamp", "emissiveFactor": [0.214, 0, 1]})");
+  EXPECT_EQ(gltf.name, "Lamp");
+  EXPECT_NEAR(gltf.emission.x(), 0.5f, 1e-3f);
+  EXPECT_FLOAT_EQ(gltf.emission.z(), 1);
+}
+
 TEST_F(Materials, NonsenseInNumbersIsNotPassedOn) {
-  const MaterialParameters m = FromMtl("Kd nan 0 0\nKs inf 1 1\nNs nan\nNi -3\nd nan\nillum 2");
+  const SceneMaterial m = FromMtl("Kd nan 0 0\nKs inf 1 1\nNs nan\nNi -3\nd nan\nillum 2");
   EXPECT_TRUE(m.diffuseColor.allFinite());
   EXPECT_TRUE(m.specularColor.allFinite());
   EXPECT_EQ(m.specularExponent, 0);
@@ -80,7 +91,7 @@ TEST_F(Materials, NonsenseInNumbersIsNotPassedOn) {
 
 // 0.214041 is the linear value of the sRGB value 0.5.
 TEST_F(Materials, GltfFactorsAreLinearAndAreEncodedForTheScreen) {
-  const MaterialParameters m = FromGltf(
+  const SceneMaterial m = FromGltf(
       R"({"pbrMetallicRoughness":{"baseColorFactor":[0.214041,1,0,1],"metallicFactor":0}})");
   EXPECT_NEAR(m.diffuseColor.x(), 0.5f, 1e-3f);
   EXPECT_NEAR(m.diffuseColor.y(), 1, 1e-5f);
@@ -141,7 +152,7 @@ TEST_F(Materials, TextureWithoutCoordinatesLeavesTheColour) {
 }
 
 TEST_F(Materials, MissingTextureIsToldAndLeavesTheColour) {
-  const MaterialParameters m = FromMtl("Kd 0 1 0\nmap_Kd gone.png");
+  const SceneMaterial m = FromMtl("Kd 0 1 0\nmap_Kd gone.png");
   EXPECT_FALSE(m.hasTexture);
   EXPECT_TRUE(m.diffuseColor.isApprox(Vec3(0, 1, 0)));
   const Scene scene = Load(folder() / "model.obj");
@@ -169,7 +180,7 @@ TEST_F(Materials, PathTooLongForTheLinkGetsAShortOne) {
 
 TEST(MaterialTable, KeepsEachMaterialOnceAndReplacesWhatIsTooMuch) {
   const auto colored = [](float red, const std::string& texture = "") {
-    MaterialParameters material;
+    SceneMaterial material;
     material.diffuseColor = Vec3(red, 0, 0);
     material.hasTexture = !texture.empty();
     material.texturePath = texture;

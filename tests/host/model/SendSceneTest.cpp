@@ -64,6 +64,21 @@ TEST_F(Sending, LeavesLightsOutWhenAskedTo) {
   EXPECT_EQ(std::count(link.commands().begin(), link.commands().end(), "AddPointLight"), 0);
 }
 
+TEST_F(Sending, SendsAreaLightsUnlessToldNotTo) {
+  Scene scene = Load(Sample("Collada/duck.dae"));
+  scene.areaLights.resize(2);
+  SendOptions options;
+  for (const bool wanted : {true, false}) {
+    options.areaLights = wanted;
+    FakeHostLink link;
+    const auto counts = SendScene(link, scene, options);
+    ASSERT_TRUE(counts);
+    EXPECT_EQ(counts->areaLights, wanted ? 2u : 0u);
+    EXPECT_EQ(std::count(link.commands().begin(), link.commands().end(), "AddLEMLight"),
+              wanted ? 2 : 0);
+  }
+}
+
 TEST_F(Sending, StopsAtTheCommandThatTheViewerDoesNotAnswer) {
   const Scene scene = Load(Sample("Collada/lights.dae"));
   FakeHostLink whole;

@@ -18,7 +18,6 @@ class Programs : public ScriptFolder {
     Options options;
     options.model = model.string();
     options.viewer = viewer.string();
-    options.when = DefaultPlaceAndTime();
     HostProgram program(options, console_, std::move(endRequested));
     const auto start = Clock::now();
     const int code = program.Run();
@@ -51,6 +50,16 @@ TEST_F(Programs, StartNoViewerForAModelThatCannotBeRead) {
   EXPECT_NE(errors_.str().find("model.obj can't be read"), std::string::npos) << errors_.str();
   EXPECT_FALSE(fs::exists(Marker()));
   EXPECT_FALSE(HasLinkObjects());
+}
+
+TEST_F(Programs, StartNoViewerForASceneFileWithAMistake) {
+  const fs::path scene = Write("scene.json", R"({"format": "quorvane scene", "version": 1,
+"models": [{"file": "none.obj"}]})");
+  EXPECT_EQ(Run(scene, Viewer("exec sleep 100")), HostProgram::kFailure);
+  EXPECT_NE(errors_.str().find("scene.json can't be read: models[0].file: there is no file"),
+            std::string::npos)
+      << errors_.str();
+  EXPECT_FALSE(fs::exists(Marker()));
 }
 
 TEST_F(Programs, SayThatThereIsNoViewer) {

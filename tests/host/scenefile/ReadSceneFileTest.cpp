@@ -1,0 +1,186 @@
+#include <gtest/gtest.h>
+
+#include <numbers>
+
+#include "host/scenefile/ReadSceneFile.h"
+
+namespace qv::host {
+namespace {
+
+constexpr float kDegree = std::numbers::pi_v<float> / 180;
+
+std::string File(const std::string& fields) {
+  return R"({"format": "quorvane scene", "version": 1)" + (fields.empty() ? "" : ", " + fields) +
+         "}";
+}
+
+std::string Message(const std::string& text) {
+  try {
+    ReadSceneFile(text);
+    return "";
+  } catch (const SceneFileError& error) {
+    return error.what();
+  }
+}
+
+TEST(ReadSceneFile, GivesLengthsInInchesAndAnglesInRadians) {
+  const SceneFile file = ReadSceneFile(File(R"(
+"unit": "cm",
+"archives": {"cc0": "a.zip"},
+"models": [
+ {"file": "m.obj", "archive": "cc0", "name": "chair", "unit": "mm", "up": "x", "at": [254, 0, -2.54],
+  "turn": 90, "size": {"height": 50.8}, "lights": false,
+  "materials": [{"name": "Seat", "color": "#ff8000", "opacity": 0.5, "texture": null},
+                {"name": "*", "glow": [1, 0.5, 0], "blurred": true,
+                 "texture": {"archive": "cc0", "file": "t.png"}}],
+  "without": [{"from": [0, 0, 0], "to": [2.54, 5.08, 0]}]},
+ {"file": "n.obj", "anchor": "origin", "turn": [0, -90, 0], "scale": [1, 2, 3]}],
+"shapes": [{"kind": "cylinder", "size": [2.54, 5.08, 7.62], "material": {"mirror": 0.5},
+            "textureLength": 25.4}],
+"views": [{"name": "start", "eye": [0, 0, 0], "target": [25.4, 0, 25.4], "fov": 60}],
+"place": {"latitude": -33.9, "longitude": 151.2, "timezone": 10, "north": 90,
+          "time": "2023-12-31T08:09"},
+"background": "meadow_noon", "eyeHeight": 127,
+"lightFactors": {"lem": 2, "skyColor": true}, "image": {"gamma": 1.2})"));
+
+  ASSERT_EQ(file.models.size(), 2u);
+  const SceneFileModel& chair = file.models[0];
+  EXPECT_EQ(file.archives.at("cc0").path, "a.zip");
+  EXPECT_EQ(chair.file.archive, "cc0");
+  EXPECT_EQ(chair.load.unit, LengthUnit::kMillimetre);
+  EXPECT_EQ(chair.load.up, UpAxis::kX);
+  EXPECT_TRUE(chair.at.isApprox(Vec3(100, 0, -1)));
+  EXPECT_TRUE(chair.turn.isApprox(Vec3(0, 0, 90 * kDegree)));
+  EXPECT_FALSE(chair.size.lengths[0]);
+  EXPECT_FLOAT_EQ(*chair.size.lengths[2], 20);
+  EXPECT_FALSE(chair.lights);
+  ASSERT_EQ(chair.materials.size(), 2u);
+  EXPECT_TRUE(chair.materials[0].color->isApprox(Vec3(1, 128 / 255.0f, 0)));
+  EXPECT_TRUE(chair.materials[0].plain);
+  EXPECT_FALSE(chair.materials[0].mirror);
+  EXPECT_EQ(chair.materials[1].texture->path, "t.png");
+  EXPECT_EQ(chair.materials[1].blurred, true);
+  EXPECT_TRUE(chair.without.at(0).box.max().isApprox(Vec3(1, 2, 0)));
+  EXPECT_TRUE(file.models[1].byOrigin);
+  EXPECT_TRUE(file.models[1].turn.isApprox(Vec3(0, -90 * kDegree, 0)));
+  EXPECT_TRUE(file.models[1].size.scale.isApprox(Vec3(1, 2, 3)));
+
+  EXPECT_TRUE(file.shapes.at(0).size.isApprox(Vec3(1, 2, 3)));
+  EXPECT_FLOAT_EQ(file.shapes[0].textureLength, 10);
+  const RenderCamera& view = file.views.at(0).view;
+  EXPECT_TRUE(view.forward.isApprox(Vec3(1, 0, 1).normalized()));
+  EXPECT_TRUE(view.up.isApprox(Vec3(-1, 0, 1).normalized()));
+  EXPECT_FLOAT_EQ(view.fieldOfView, 60 * kDegree);
+  EXPECT_FLOAT_EQ(*file.when.latitude, -33.9f);
+  EXPECT_FLOAT_EQ(*file.when.sunRotation, -90 * kDegree);
+  EXPECT_EQ(file.when.timeZone, 10);
+  EXPECT_EQ(file.when.time->hour, 8);
+  EXPECT_EQ(file.look.background, "meadow_noon");
+  EXPECT_FLOAT_EQ(*file.look.eyeHeight, 50);
+  EXPECT_FLOAT_EQ(file.look.lightFactors->lem, 2);
+  EXPECT_FLOAT_EQ(file.look.lightFactors->sun, 1);
+  EXPECT_FALSE(file.look.brightness);
+}
+
+TEST(ReadSceneFile, MakesLightsAsBrightAsWantedAtTheirDistance) {
+  const SceneFile file = ReadSceneFile(File(R"("unit": "in", "lights": [
+ {"kind": "point", "at": [1, 2, 3], "color": [1, 0.5, 0], "level": 0.5, "distance": 40},
+ {"kind": "spot", "at": [0, 0, 0], "direction": [0, 0, -2], "outer": 40, "inner": 30},
+ {"kind": "directional", "direction": [3, 0, -4], "level": 0.25},
+ {"kind": "lem", "at": [0, 0, 90], "direction": [0, 0, -1], "size": [6, 4], "level": 0.6,
+  "distance": 60}])"));
+  ASSERT_EQ(file.lights.size(), 3u);
+  // A lamp's light falls with the distance: 0.5 * 40 over 40.
+  EXPECT_TRUE(file.lights[0].color.isApprox(Vec3(20, 10, 0)));
+  EXPECT_FLOAT_EQ(file.lights[1].outerAngle, 40 * kDegree);
+  EXPECT_FLOAT_EQ(file.lights[1].innerAngle, 30 * kDegree);
+  EXPECT_TRUE(file.lights[1].direction.isApprox(Vec3(0, 0, -1)));
+  EXPECT_TRUE(file.lights[2].direction.isApprox(Vec3(0.6f, 0, -0.8f)));
+  EXPECT_TRUE(file.lights[2].color.isApprox(Vec3(0.25f, 0.25f, 0.25f)));
+  // An area's with its square: 0.6 * 60^2 / 24.
+  ASSERT_EQ(file.areaLights.size(), 1u);
+  EXPECT_TRUE(file.areaLights[0].emission.isApprox(Vec3(90, 90, 90)));
+  const auto& corners = file.areaLights[0].corners;
+  ASSERT_EQ(corners.size(), 6u);
+  for (int triangle = 0; triangle < 2; ++triangle) {
+    const auto* c = &corners[static_cast<std::size_t>(3 * triangle)];
+    // Half the rectangle, facing down.
+    EXPECT_TRUE((c[1] - c[0]).cross(c[2] - c[0]).isApprox(Vec3(0, 0, -24)));
+  }
+}
+
+struct Mistake {
+  const char* text;
+  const char* message;  // a part of it
+};
+
+void PrintTo(const Mistake& mistake, std::ostream* out) {
+  *out << mistake.text;
+}
+
+class ReadSceneFileMistakes : public ::testing::TestWithParam<Mistake> {};
+
+TEST_P(ReadSceneFileMistakes, AreToldWithTheirPlace) {
+  const std::string text =
+      GetParam().text[0] == '"' ? File(GetParam().text) : std::string(GetParam().text);
+  const std::string message = Message(text);
+  EXPECT_NE(message.find(GetParam().message), std::string::npos) << message;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, ReadSceneFileMistakes,
+    ::testing::Values(
+        Mistake{"", "parse error at line 1"}, Mistake{"[]", "takes an object, not []"},
+        Mistake{"{}", "the field \"format\" is missing"},
+        Mistake{R"({"format": "quorvane properties"})", "this is no scene file"},
+        Mistake{R"({"format": "quorvane scene", "version": 2})", "version: a newer Quorvane"},
+        Mistake{"{\n\"format\": \"quorvane scene\",\n,}", "line 3"},
+        Mistake{R"("unit": "cm", "unit": "m")", "the field \"unit\" is there twice"},
+        Mistake{R"("modles": [])", "unknown field \"modles\"; there are format, version"},
+        Mistake{R"("unit": "yd")", "unit: takes one of in, ft, m, cm, mm, not \"yd\""},
+        Mistake{R"("models": {})", "models: takes a list"},
+        Mistake{R"("models": [{"file": "a"}, {"name": "b"}])",
+                "models[1]: the field \"file\" is missing"},
+        Mistake{R"("models": [{"file": ""}])", "models[0].file: takes a text"},
+        Mistake{R"("models": [{"file": "a", "scale": 0}])",
+                "models[0].scale: takes a number from 0.0001 to 10000, not 0"},
+        Mistake{R"("models": [{"file": "a", "scale": "2"}])", "models[0].scale: takes a list of 3"},
+        Mistake{R"("models": [{"file": "a", "scale": 2, "size": {"width": 1}}])",
+                "models[0].size: there is a scale already"},
+        Mistake{R"("models": [{"file": "a", "size": {}}])", "models[0].size: takes a width"},
+        Mistake{R"("models": [{"file": "a", "at": [1, 2]}])",
+                "models[0].at: takes a list of 3 numbers"},
+        Mistake{R"("models": [{"file": "a", "at": [1, 2, 1e300]}])",
+                "models[0].at: takes a list of 3 numbers"},
+        Mistake{R"("models": [{"file": "a", "lights": 1}])",
+                "models[0].lights: takes true or false, not 1"},
+        Mistake{R"("models": [{"file": "a", "materials": [{"color": "#fff"}]}])",
+                "models[0].materials[0]: the field \"name\" is missing"},
+        Mistake{R"("models": [{"file": "a", "materials": [{"name": "b", "color": "#fff"}]}])",
+                "models[0].materials[0].color: takes a colour"},
+        Mistake{R"("models": [{"file": "a", "materials": [{"name": "b", "opacity": 1.5}]}])",
+                "models[0].materials[0].opacity: takes a number from 0 to 1, not 1.5"},
+        Mistake{R"("models": [{"file": "a", "without": [{"from": [1, 0, 0], "to": [0, 1, 1]}]}])",
+                "models[0].without[0]: \"to\" lies before \"from\""},
+        Mistake{R"("shapes": [{"kind": "plane", "size": [1, 2, 3], "material": {}}])",
+                "shapes[0].size: takes a list of 2 numbers"},
+        Mistake{R"("shapes": [{"kind": "box", "size": [1, 2, 3]}])",
+                "shapes[0]: the field \"material\" is missing"},
+        Mistake{R"("lights": [{"kind": "lamp"}])", "lights[0].kind: takes one of point, spot"},
+        Mistake{R"("lights": [{"kind": "point", "at": [0, 0, 0], "direction": [0, 0, 1]}])",
+                "lights[0]: unknown field \"direction\""},
+        Mistake{R"("lights": [{"kind": "directional", "direction": [0, 0, 0]}])",
+                "lights[0].direction: takes a direction that is not zero"},
+        Mistake{R"("views": [{"name": "a", "eye": [1, 1, 1], "target": [1, 1, 1]}])",
+                "views[0]: eye and target are the same point"},
+        Mistake{R"("views": [{"name": "a", "eye": [1, 1, 1], "target": [1, 1, 0]}])",
+                "views[0]: the view can't be straight up or down"},
+        Mistake{R"("place": {"latitude": 91})",
+                "place.latitude: takes a number from -90 to 90, not 91"},
+        Mistake{R"("place": {"timezone": 1.5})", "place.timezone: takes a whole number"},
+        Mistake{R"("place": {"time": "2023-02-29T10:00"})",
+                "place.time: takes a date and a time of day that exist"},
+        Mistake{R"("image": {"gamma": 0})", "image.gamma: takes a number from 0.1 to 10"}));
+
+}  // namespace
+}  // namespace qv::host
