@@ -18,7 +18,8 @@ struct Options {
   ViewWishes view;
   LocationAndTime when;
   bool lights = true;
-  std::string viewer;  // empty: the one beside this program
+  std::string viewer;      // empty: the one beside this program
+  std::string background;  // a cube map or a kind of weather; empty: as stored with the model
 };
 
 struct ShowHelp {};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -24,6 +25,9 @@ class Session final : public HostSide {
   void SetPages(std::vector<SceneCamera> cameras);
   // The view that the viewer is given; it follows the viewer's from then on.
   void SetCamera(const RenderCamera& view);
+
+  // The value of a property until the viewer sets another one. It is not stored with the model.
+  void SetForSession(const std::string& name, std::vector<std::byte> value);
 
   // Whether a resend was asked for since the last call.
   bool TakeResendRequest() { return resendRequested_.exchange(false); }
@@ -49,6 +53,7 @@ class Session final : public HostSide {
   RenderCamera camera_;
   LocationAndTime when_;
   std::vector<SceneCamera> pages_;
+  std::map<std::string, std::vector<std::byte>> forSession_;
 };
 
 }  // namespace qv::host

@@ -72,12 +72,12 @@ void AddVerge(World& world) {
 
 void AddTrees(World& world) {
   const int round = AddTree(world, {11, 2.8f, 4.4f, 0, 300, 130, 0.17f, 0.7f}, 21);
-  const int tall = AddTree(world, {14, 3.2f, 4.0f, 0.25f, 320, 130, 0.18f, 0.7f,
-                                   {0.062f, 0.108f, 0.028f}}, 22);
-  const int young = AddTree(world, {6.5f, 1.9f, 2.2f, 0.2f, 150, 100, 0.13f, 0.45f,
-                                    {0.088f, 0.135f, 0.03f}}, 23);
-  const int bush = AddTree(world, {1.8f, 0, 1.1f, 0, 70, 110, 0.08f, 0.34f,
-                                   {0.055f, 0.092f, 0.026f}}, 24);
+  const int tall =
+      AddTree(world, {14, 3.2f, 4.0f, 0.25f, 320, 130, 0.18f, 0.7f, {0.062f, 0.108f, 0.028f}}, 22);
+  const int young =
+      AddTree(world, {6.5f, 1.9f, 2.2f, 0.2f, 150, 100, 0.13f, 0.45f, {0.088f, 0.135f, 0.03f}}, 23);
+  const int bush =
+      AddTree(world, {1.8f, 0, 1.1f, 0, 70, 110, 0.08f, 0.34f, {0.055f, 0.092f, 0.026f}}, 24);
   Dice dice(25);
   const auto place = [&](int kind, float x, float y, float size) {
     world.Place(kind, {x, y, HeightAt(x, y) - 0.05f}, dice.Roll(0, 6.28f),
@@ -113,14 +113,15 @@ void AddTown(World& world) {
   const int flats = AddBlock(world, {44, 12, 15, 3, {0.60f, 0.57f, 0.50f}});
   const int offices = AddBlock(world, {30, 15, 10.4f, 3.4f, {0.44f, 0.25f, 0.18f}});
   const int house = AddHouse(world, {});
-  const int wide = AddHouse(world, {16, 9.5f, 3.4f, 8.2f, {0.66f, 0.64f, 0.60f}, {0.12f, 0.11f, 0.11f}});
+  const int wide =
+      AddHouse(world, {16, 9.5f, 3.4f, 8.2f, {0.66f, 0.64f, 0.60f}, {0.12f, 0.11f, 0.11f}});
   world.Place(hall, at(22, 84), 0.05f, 1, 0.5f);
   world.Place(flats, at(-62, 92), 0.45f, 1, 0.6f);
   world.Place(flats, at(-112, 66), 0.85f, 1, 0.4f);
   world.Place(offices, at(98, 22), 1.45f, 1, 0.5f);
   const float houses[][3] = {{-92, -10, 1.3f}, {-96, -34, 1.6f}, {-84, -62, 0.8f}, {-52, -84, 0.3f},
                              {-22, -92, 0.1f}, {12, -88, -0.1f}, {44, -86, -0.2f}, {78, -66, -0.7f},
-                             {-130, 10, 1.5f}, {-8, -130, 0}, {60, -128, 0.2f}, {120, 70, 0.9f}};
+                             {-130, 10, 1.5f}, {-8, -130, 0},    {60, -128, 0.2f}, {120, 70, 0.9f}};
   Dice dice(26);
   int count = 0;
   for (const auto& [x, y, turn] : houses) {

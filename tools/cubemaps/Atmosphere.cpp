@@ -35,7 +35,8 @@ Vec3 Exp(const Vec3& v) {
   return v.array().exp();
 }
 
-// Distance along the ray to the sphere around the middle of the earth: the nearest one ahead, or -1.
+// Distance along the ray to the sphere around the middle of the earth: the nearest one ahead, or
+// -1.
 float DistanceTo(const Vec3& from, const Vec3& direction, float radius) {
   // In doubles: the squares take more digits than floats have.
   const Eigen::Vector3d p = from.cast<double>();

@@ -39,17 +39,17 @@ Surface WallAt(const Hit& hit, const Windows& windows, const Vec3& color) {
   const float along = AlongWall(hit);
   const Part part = upright ? PartAt(windows, along, hit.local.z()) : Part::kWall;
   if (part == Part::kGlass) {
-    const auto pane = static_cast<std::uint32_t>(
-        static_cast<int>(std::floor(along / windows.bay)) * 31 +
-        static_cast<int>(std::floor(hit.local.z() / windows.storey)));
-    surface.albedo = Vec3(0.025f, 0.03f, 0.035f) +
-                     Vec3::Constant(Scramble(pane) % 5 == 0 ? 0.18f : 0.0f);
+    const auto pane =
+        static_cast<std::uint32_t>(static_cast<int>(std::floor(along / windows.bay)) * 31 +
+                                   static_cast<int>(std::floor(hit.local.z() / windows.storey)));
+    surface.albedo =
+        Vec3(0.025f, 0.03f, 0.035f) + Vec3::Constant(Scramble(pane) % 5 == 0 ? 0.18f : 0.0f);
     surface.gloss = 0.22f;
   } else if (part == Part::kFrame) {
     surface.albedo = Vec3::Constant(0.55f);
   } else {
-    const float stains = Fbm(Vec3(hit.local.x() * 0.5f, hit.local.y() * 0.5f, hit.local.z() * 0.25f),
-                             4, 61);
+    const float stains =
+        Fbm(Vec3(hit.local.x() * 0.5f, hit.local.y() * 0.5f, hit.local.z() * 0.25f), 4, 61);
     const float foot = Step(0.9f, 0.1f, hit.local.z());
     surface.albedo = color * ((1 + 0.16f * stains) * (1 - 0.3f * foot));
   }
@@ -90,7 +90,9 @@ int AddHouse(World& world, const HouseShape& shape) {
   const Windows windows{2.6f, 1.2f, 1.0f, 1.35f, 2.75f, 0, shape.eaves - 0.1f};
   return world.AddPrototype(
       {{std::move(walls),
-        [=](const Hit& hit) { return WallAt(hit, windows, shape.wall * (0.8f + 0.4f * hit.tint)); }},
+        [=](const Hit& hit) {
+          return WallAt(hit, windows, shape.wall * (0.8f + 0.4f * hit.tint));
+        }},
        {std::move(roof),
         [=](const Hit& hit) { return RoofAt(hit, shape.roof * (0.7f + 0.6f * hit.tint)); }},
        {std::move(chimney), [](const Hit& hit) {
@@ -111,26 +113,27 @@ int AddBlock(World& world, const BlockShape& shape) {
   rim.AddBox({-x - 0.12f, -y - 0.12f, shape.height - 0.35f},
              {x + 0.12f, y + 0.12f, shape.height + 0.12f});
   const float storey = shape.storey > 0 ? shape.storey : 100;
-  const Windows windows{3.1f, 2.3f, 0.95f, 1.5f, storey, shape.storey > 0 ? 0.0f : 1e6f,
-                        shape.height - 0.6f};
+  const Windows windows{
+      3.1f, 2.3f, 0.95f, 1.5f, storey, shape.storey > 0 ? 0.0f : 1e6f, shape.height - 0.6f};
   const bool hall = shape.storey <= 0;
-  return world.AddPrototype(
-      {{std::move(walls),
-        [=](const Hit& hit) {
-          Surface surface = WallAt(hit, windows, shape.wall * (0.85f + 0.3f * hit.tint));
-          if (hall) {
-            // Sheets with folds.
-            const float along = AlongWall(hit) / 0.3f;
-            surface.albedo *= along - std::floor(along) < 0.25f ? 0.82f : 1.0f;
-          }
-          return surface;
-        }},
-       {std::move(rim), [=](const Hit& hit) {
-          Surface surface;
-          surface.albedo = shape.wall * 0.5f;
-          surface.normal = hit.normal;
-          return surface;
-        }}});
+  return world.AddPrototype({{std::move(walls),
+                              [=](const Hit& hit) {
+                                Surface surface =
+                                    WallAt(hit, windows, shape.wall * (0.85f + 0.3f * hit.tint));
+                                if (hall) {
+                                  // Sheets with folds.
+                                  const float along = AlongWall(hit) / 0.3f;
+                                  surface.albedo *=
+                                      along - std::floor(along) < 0.25f ? 0.82f : 1.0f;
+                                }
+                                return surface;
+                              }},
+                             {std::move(rim), [=](const Hit& hit) {
+                                Surface surface;
+                                surface.albedo = shape.wall * 0.5f;
+                                surface.normal = hit.normal;
+                                return surface;
+                              }}});
 }
 
 int AddLamp(World& world, float height) {

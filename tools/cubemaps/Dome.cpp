@@ -58,8 +58,8 @@ Dome::Dome(const Atmosphere& atmosphere, const Weather& weather, int rows)
   for (int row = 0; row <= rows_; ++row) {
     Dice dice(static_cast<std::uint32_t>(row) * 7919u + weather_.seed);
     for (int column = 0; column < columns_; ++column) {
-      const Vec3 d = DirectionOf(static_cast<float>(row), static_cast<float>(column), rows_,
-                                 columns_);
+      const Vec3 d =
+          DirectionOf(static_cast<float>(row), static_cast<float>(column), rows_, columns_);
       pixels_[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns_) +
               static_cast<std::size_t>(column)] = March(d, dice.Roll());
     }
@@ -128,8 +128,9 @@ void Dome::AddVeil(const Vec3& direction, Vec3& color, float& clear) const {
   const float depth = weather_.veil * amount * amount / std::max(direction.z(), 0.18f);
   const float through = std::exp(-depth);
   const float cosine = direction.dot(atmosphere_.sun());
-  const Vec3 light = atmosphere_.sunlight() * (0.35f * Phase(cosine, 0.6f) + 0.65f / (4 * kPi)) * 2 +
-                     ambient_ * 0.5f;
+  const Vec3 light =
+      atmosphere_.sunlight() * (0.35f * Phase(cosine, 0.6f) + 0.65f / (4 * kPi)) * 2 +
+      ambient_ * 0.5f;
   // The air before the veil.
   const float air = std::exp(-0.10f / std::max(direction.z(), 0.03f));
   color = color * Blend(1, through, air) + light * ((1 - through) * air);
@@ -187,8 +188,8 @@ Dome::Pixel Dome::At(const Vec3& direction) const {
   const float elevation = std::asin(std::clamp(direction.z(), 0.0f, 1.0f));
   float azimuth = std::atan2(direction.y(), direction.x());
   if (azimuth < 0) azimuth += 2 * kPi;
-  const float row = std::min(elevation * 2 / kPi * static_cast<float>(rows_),
-                             static_cast<float>(rows_) - 0.001f);
+  const float row =
+      std::min(elevation * 2 / kPi * static_cast<float>(rows_), static_cast<float>(rows_) - 0.001f);
   const float column = azimuth / (2 * kPi) * static_cast<float>(columns_);
   const int r = static_cast<int>(row);
   const int c = std::min(static_cast<int>(column), columns_ - 1);
@@ -248,11 +249,11 @@ void Dome::MakeIrradiance() {
 Vec3 Dome::Irradiance(const Vec3& n) const {
   constexpr float c1 = 0.429043f, c2 = 0.511664f, c3 = 0.743125f, c4 = 0.886227f, c5 = 0.247708f;
   const Vec3* h = harmonics_;
-  const Vec3 sum = h[8] * (c1 * (n.x() * n.x() - n.y() * n.y())) + h[6] * (c3 * n.z() * n.z()) +
-                   h[0] * c4 - h[6] * c5 +
-                   (h[4] * (n.x() * n.y()) + h[7] * (n.x() * n.z()) + h[5] * (n.y() * n.z())) *
-                       (2 * c1) +
-                   (h[3] * n.x() + h[1] * n.y() + h[2] * n.z()) * (2 * c2);
+  const Vec3 sum =
+      h[8] * (c1 * (n.x() * n.x() - n.y() * n.y())) + h[6] * (c3 * n.z() * n.z()) + h[0] * c4 -
+      h[6] * c5 +
+      (h[4] * (n.x() * n.y()) + h[7] * (n.x() * n.z()) + h[5] * (n.y() * n.z())) * (2 * c1) +
+      (h[3] * n.x() + h[1] * n.y() + h[2] * n.z()) * (2 * c2);
   return sum.cwiseMax(0);
 }
 

@@ -12,11 +12,11 @@ namespace qv::cubemaps {
 struct Weather {
   float base = 1100;
   float top = 1900;
-  float cover = 0.45f;    // share of the sky, about
-  float scale = 2600;     // between one cloud and the next
+  float cover = 0.45f;      // share of the sky, about
+  float scale = 2600;       // between one cloud and the next
   float thickness = 0.02f;  // extinction per metre inside
-  float veil = 0.25f;     // optical thickness of the veil where it is thickest
-  float veilTurn = 0.4f;  // which way its streaks go, radians
+  float veil = 0.25f;       // optical thickness of the veil where it is thickest
+  float veilTurn = 0.4f;    // which way its streaks go, radians
   std::uint32_t seed = 1;
 };
 

@@ -50,7 +50,8 @@ float CracksAt(float x, float y, float footprint) {
   if (broken > 0.22f) {
     const Cell small = CellAt(bendX / 0.55f, bendY / 0.55f, 83);
     const float fine = 0.004f * Step(0.22f, 0.5f, broken);
-    crack = std::max(crack, 0.8f * LineCover((small.second - small.nearest) * 0.28f, fine, footprint));
+    crack =
+        std::max(crack, 0.8f * LineCover((small.second - small.nearest) * 0.28f, fine, footprint));
   }
   return crack;
 }
@@ -85,7 +86,8 @@ Surface AsphaltAt(const Hit& hit) {
   const float patch = PatchAt(x, y);
   // Lanes are worn light by tyres, bays darkened by what stood there.
   const float lane = Step(4.5f, 1.5f, std::abs(y));
-  float grey = 0.128f * (1 + 0.20f * broad + 0.10f * middle + 0.10f * lane) * Blend(1, 0.62f, patch);
+  float grey =
+      0.128f * (1 + 0.20f * broad + 0.10f * middle + 0.10f * lane) * Blend(1, 0.62f, patch);
 
   Surface surface;
   const float seen = Seen(0.012f, f);
@@ -126,8 +128,8 @@ Surface LawnAt(const Hit& hit, const Vec3& color) {
   surface.albedo = (color * (1 + 0.22f * broad + 0.22f * middle + 0.35f * fine) +
                     Vec3(0.035f, 0.02f, 0) * std::max(middle + broad, 0.0f))
                        .cwiseMax(0.004f);
-  surface.normal = (hit.normal + Vec3(Noise(x * 3, y * 3, 37), Noise(x * 3, y * 3, 39), 0) * 0.3f)
-                       .normalized();
+  surface.normal =
+      (hit.normal + Vec3(Noise(x * 3, y * 3, 37), Noise(x * 3, y * 3, 39), 0) * 0.3f).normalized();
   return surface;
 }
 
@@ -147,7 +149,8 @@ Surface CountryAt(const Hit& hit, const Vec3& meadow, const Vec3& corn, float wo
   Surface surface = LawnAt(there, color);
   const float border = (field.second - field.nearest) * 140;
   const float bushes = Fbm(x / 12, y / 12, 3, 49);
-  const float hedge = Step(9, 4, border - 4 * bushes) * Step(-0.35f, 0.1f, Noise(x / 90, y / 90, 51));
+  const float hedge =
+      Step(9, 4, border - 4 * bushes) * Step(-0.35f, 0.1f, Noise(x / 90, y / 90, 51));
   const float wood = Step(-0.03f, 0.03f, woods + 0.06f * Fbm(x / 25, y / 25, 3, 53));
   const float canopy = Fbm(x / 8, y / 8, 4, 55);
   const Vec3 leaves = Vec3(0.030f, 0.048f, 0.018f) * (1 + 0.7f * canopy + 0.3f * furrow);

@@ -10,13 +10,14 @@ namespace qv::cubemaps {
 namespace {
 
 constexpr float kEye = 1.7f;
-const Vec3 kGrass(0.19f, 0.20f, 0.075f);
-const Vec3 kSward(0.145f, 0.140f, 0.058f);
+const Vec3 kGrass(0.23f, 0.26f, 0.095f);
+const Vec3 kSward(0.165f, 0.170f, 0.068f);
 
 float HeightAt(float x, float y) {
   const float r = std::hypot(x, y);
   const float top = -kEye + 0.6f * Step(3, 40, r) * Fbm(x / 24, y / 24, 3, 401);
-  const float down = 95 * Step(-60, 420, r) * (1 + 0.35f * Fbm(x / 300, y / 300, 3, 403) * Step(60, 300, r));
+  const float down =
+      95 * Step(-60, 420, r) * (1 + 0.35f * Fbm(x / 300, y / 300, 3, 403) * Step(60, 300, r));
   // Ridges, the higher the further away.
   const float bent = 500 * Fbm(x / 3000, y / 3000, 2, 405);
   const float fold = Fbm((x + bent) / 1500, (y - bent) / 1900, 5, 407);
@@ -43,7 +44,7 @@ void AddMeadow(World& world) {
   shape.height = 0.26f;
   shape.color = kGrass;
   shape.dry = Vec3(0.44f, 0.37f, 0.19f);
-  shape.dryness = 0.34f;
+  shape.dryness = 0.26f;
   shape.stalks = 45;
   shape.bend = 0.8f;
   const int high = AddGrass(world, shape, 51);
@@ -72,8 +73,8 @@ void AddMeadow(World& world) {
 
 void AddTrees(World& world) {
   const int oak = AddTree(world, {12, 2.4f, 5.6f, 0, 400, 140, 0.19f, 0.8f}, 61);
-  const int pine = AddTree(world, {18, 1.5f, 3.4f, 1, 420, 110, 0.17f, 0.5f,
-                                   {0.028f, 0.050f, 0.022f}}, 62);
+  const int pine =
+      AddTree(world, {18, 1.5f, 3.4f, 1, 420, 110, 0.17f, 0.5f, {0.028f, 0.050f, 0.022f}}, 62);
   const int bush = AddTree(world, {2.4f, 0, 1.6f, 0, 90, 110, 0.10f, 0.42f}, 63);
   Dice dice(64);
   const auto place = [&](int kind, float x, float y, float size) {
@@ -119,7 +120,7 @@ std::unique_ptr<Place> HillsEvening(int rows) {
   weather.veilTurn = 0.2f;
   weather.seed = 60;
   place->dome = std::make_unique<Dome>(*place->atmosphere, weather, rows);
-  place->air = {22000, 0.0016f, -75, 26};
+  place->air = {28000, 0.0011f, -75, 26};
   place->exposure = 14.5f;
   place->white = {0.93f, 1.0f, 1.10f};
   place->ground = {0.08f, 0.08f, 0.045f};

@@ -32,7 +32,7 @@ Surface GroundAt(const Hit& hit) {
   const float y = hit.position.y();
   const float r = std::hypot(x, y);
   // Between the blades lie their shadows and what is left of last year's.
-  if (r < 110) return LawnAt(hit, Blend(Vec3(0.045f, 0.050f, 0.022f), kSward, Step(20, 75, r)));
+  if (r < 110) return LawnAt(hit, Blend(Vec3(0.058f, 0.072f, 0.026f), kSward, Step(20, 75, r)));
   return CountryAt(hit, kSward, Vec3(0.30f, 0.25f, 0.10f), WoodsAt(x, y));
 }
 
@@ -71,12 +71,12 @@ void AddMeadow(World& world) {
 
 void AddTrees(World& world) {
   const int oak = AddTree(world, {13, 2.6f, 5.8f, 0, 420, 140, 0.19f, 0.8f}, 41);
-  const int ash = AddTree(world, {16, 3.4f, 4.6f, 0.2f, 380, 130, 0.19f, 0.75f,
-                                  {0.068f, 0.112f, 0.027f}}, 42);
-  const int bush = AddTree(world, {2.6f, 0, 1.7f, 0, 100, 120, 0.10f, 0.45f,
-                                   {0.062f, 0.102f, 0.027f}}, 43);
-  const int spruce = AddTree(world, {17, 1.2f, 3.2f, 1, 420, 110, 0.16f, 0.5f,
-                                     {0.030f, 0.058f, 0.024f}}, 44);
+  const int ash =
+      AddTree(world, {16, 3.4f, 4.6f, 0.2f, 380, 130, 0.19f, 0.75f, {0.068f, 0.112f, 0.027f}}, 42);
+  const int bush =
+      AddTree(world, {2.6f, 0, 1.7f, 0, 100, 120, 0.10f, 0.45f, {0.062f, 0.102f, 0.027f}}, 43);
+  const int spruce =
+      AddTree(world, {17, 1.2f, 3.2f, 1, 420, 110, 0.16f, 0.5f, {0.030f, 0.058f, 0.024f}}, 44);
   Dice dice(45);
   const auto place = [&](int kind, float x, float y, float size) {
     world.Place(kind, {x, y, HeightAt(x, y) - 0.1f}, dice.Roll(0, 6.28f),
@@ -110,7 +110,8 @@ void AddTrees(World& world) {
 
 void AddVillage(World& world) {
   const int house = AddHouse(world, {});
-  const int barn = AddHouse(world, {22, 11, 4.5f, 10.5f, {0.36f, 0.27f, 0.19f}, {0.26f, 0.10f, 0.06f}});
+  const int barn =
+      AddHouse(world, {22, 11, 4.5f, 10.5f, {0.36f, 0.27f, 0.19f}, {0.26f, 0.10f, 0.06f}});
   Mesh tower;
   tower.AddBox({-2.6f, -2.6f, -2}, {2.6f, 2.6f, 20});
   Mesh spire;

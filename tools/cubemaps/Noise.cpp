@@ -29,8 +29,8 @@ float Ease(float t) {
 }
 
 float Slope(std::uint32_t name, float x, float y) {
-  constexpr float kSide[8][2] = {{1, 0},        {-1, 0},       {0, 1},         {0, -1},
-                                 {.7f, .7f},    {-.7f, .7f},   {.7f, -.7f},    {-.7f, -.7f}};
+  constexpr float kSide[8][2] = {{1, 0},     {-1, 0},     {0, 1},      {0, -1},
+                                 {.7f, .7f}, {-.7f, .7f}, {.7f, -.7f}, {-.7f, -.7f}};
   const float* side = kSide[name & 7];
   return side[0] * x + side[1] * y;
 }
@@ -64,8 +64,8 @@ float Noise(float x, float y, std::uint32_t seed) {
   x -= fx;
   y -= fy;
   const float u = Ease(x);
-  const float low = Blend(Slope(NameOf(ix, iy, seed), x, y),
-                          Slope(NameOf(ix + 1, iy, seed), x - 1, y), u);
+  const float low =
+      Blend(Slope(NameOf(ix, iy, seed), x, y), Slope(NameOf(ix + 1, iy, seed), x - 1, y), u);
   const float high = Blend(Slope(NameOf(ix, iy + 1, seed), x, y - 1),
                            Slope(NameOf(ix + 1, iy + 1, seed), x - 1, y - 1), u);
   return Blend(low, high, Ease(y));

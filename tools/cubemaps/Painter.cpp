@@ -11,7 +11,8 @@ namespace {
 
 constexpr float kPi = std::numbers::pi_v<float>;
 constexpr float kSunRadius = 0.00465f;  // radians
-constexpr int kGrid = 3;                // samples of a pixel, across and down
+constexpr int kGrid = 5;                // samples of a pixel
+constexpr int kSkySamples = 3;          // of one that shows sky only
 
 // Air scatters blue more: by kAir of Atmosphere.cpp, over its mean.
 const Vec3 kBlueing(0.33f, 0.78f, 1.9f);
@@ -36,8 +37,7 @@ float SrgbOf(float v) {
 
 }  // namespace
 
-Vec3 Painter::Lit(const Hit& hit, const Surface& surface, const Vec3& direction,
-                  Dice& dice) const {
+Vec3 Painter::Lit(const Hit& hit, const Surface& surface, const Vec3& direction, Dice& dice) const {
   const Atmosphere& sky = *place_.atmosphere;
   const Vec3 origin = hit.position + hit.normal * (1e-3f + hit.distance * 2e-5f);
   const Vec3& n = surface.normal;
@@ -57,16 +57,16 @@ Vec3 Painter::Lit(const Hit& hit, const Surface& surface, const Vec3& direction,
                                                 place_.dome->Irradiance(Vec3::UnitZ()));
   const Vec3 open = place_.dome->Irradiance(n) + lying * (0.5f - 0.5f * n.z());
   const Vec3 around = AroundCosine(n, dice);
-  const bool closed = around.dot(hit.normal) > 0 ? place_.world.IsBlocked(origin, around, 60)
-                                                 : place_.world.IsBlocked(
-                                                       hit.position - hit.normal * 1e-3f, around, 60);
+  const bool closed = around.dot(hit.normal) > 0
+                          ? place_.world.IsBlocked(origin, around, 60)
+                          : place_.world.IsBlocked(hit.position - hit.normal * 1e-3f, around, 60);
   light += closed && around.z() > 0 ? lying * 0.45f : open;
 
   Vec3 color = surface.albedo.cwiseProduct(light) / kPi;
   if (surface.gloss > 0) {
     const float cosine = std::max(-direction.dot(n), 0.0f);
-    const float share = surface.gloss + (1 - surface.gloss) * 0.6f * surface.gloss *
-                                            std::pow(1 - cosine, 5.0f) * 8;
+    const float share =
+        surface.gloss + (1 - surface.gloss) * 0.6f * surface.gloss * std::pow(1 - cosine, 5.0f) * 8;
     Vec3 mirrored = direction - n * (2 * direction.dot(n));
     const bool up = mirrored.z() > 0;
     const Vec3 seen = up && !place_.world.IsBlocked(origin, mirrored, 400)
@@ -89,7 +89,8 @@ Vec3 Painter::ThroughAir(const Vec3& color, const Vec3& direction, float distanc
     depth += Vec3::Constant(air.fog * start * mean * distance);
   }
   const Vec3 left = (-depth).array().exp();
-  const Vec3 level = Vec3(direction.x(), direction.y(), std::max(direction.z(), 0.035f)).normalized();
+  const Vec3 level =
+      Vec3(direction.x(), direction.y(), std::max(direction.z(), 0.035f)).normalized();
   const Vec3 haze = place_.atmosphere->Radiance(level);
   return color.cwiseProduct(left) + haze.cwiseProduct(Vec3::Ones() - left);
 }
@@ -119,23 +120,19 @@ std::vector<std::uint8_t> Painter::Face(int face, int size) const {
       Vec3 sum = Vec3::Zero();
       int count = 0;
       bool any = false;
-      // A diagonal of the grid first: where it sees nothing but sky, it is enough.
-      for (int pass = 0; pass < 2 && (pass == 0 || any); ++pass) {
-        for (int i = 0; i < kGrid * kGrid; ++i) {
-          const int x = i % kGrid;
-          const int y = i / kGrid;
-          const bool early = x == y;
-          if (early != (pass == 0)) continue;
-          const float right = static_cast<float>(column) + (static_cast<float>(x) + dice.Roll()) / kGrid;
-          const float down = static_cast<float>(row) + (static_cast<float>(y) + dice.Roll()) / kGrid;
-          const float u = std::min(right / static_cast<float>(size - 1), 1.0f);
-          const float v = std::min(down / static_cast<float>(size - 1), 1.0f);
-          bool hit = false;
-          const Vec3 direction = sky::CubeFaces::DirectionAt(face, u, v).normalized();
-          sum += Developed(Radiance(direction, pixel, dice, hit));
-          any |= hit;
-          ++count;
-        }
+      // Each sample has a row and a column of the grid for itself. Where the first ones see nothing
+      // but sky, they are enough.
+      for (int i = 0; i < kGrid && (i < kSkySamples || any); ++i, ++count) {
+        const float right =
+            static_cast<float>(column) + (static_cast<float>(i) + dice.Roll()) / kGrid;
+        const float down =
+            static_cast<float>(row) + (static_cast<float>(3 * i % kGrid) + dice.Roll()) / kGrid;
+        const float u = std::min(right / static_cast<float>(size - 1), 1.0f);
+        const float v = std::min(down / static_cast<float>(size - 1), 1.0f);
+        bool hit = false;
+        const Vec3 direction = sky::CubeFaces::DirectionAt(face, u, v).normalized();
+        sum += Developed(Radiance(direction, pixel, dice, hit));
+        any |= hit;
       }
       const Vec3 color = sum / static_cast<float>(count) * 255 +
                          Vec3::Constant(dice.Roll());  // what would be bands becomes grain

@@ -21,8 +21,8 @@ void AddTerrain(World& world, const std::function<float(float x, float y)>& heig
   float radius = nearest;
   for (int ring = 0; ring < rings; ++ring, radius *= growth) {
     for (int spoke = 0; spoke < spokes; ++spoke) {
-      const float angle = 2 * std::numbers::pi_v<float> * static_cast<float>(spoke) /
-                          static_cast<float>(spokes);
+      const float angle =
+          2 * std::numbers::pi_v<float> * static_cast<float>(spoke) / static_cast<float>(spokes);
       const float x = radius * std::sin(angle);
       const float y = radius * std::cos(angle);
       mesh.points.emplace_back(x, y, height(x, y));

@@ -26,7 +26,7 @@ struct Place {
   World world;
   Air air;
   float exposure = 6;
-  Vec3 white{1, 1, 1};          // what each channel is multiplied with, as a camera does
+  Vec3 white{1, 1, 1};               // what each channel is multiplied with, as a camera does
   Vec3 ground{0.14f, 0.14f, 0.11f};  // mean albedo of what lies around
 };
 

@@ -34,7 +34,8 @@ void AddLeaf(Mesh& mesh, const Vec3& middle, const Vec3& normal, float size, Dic
 
 // How wide a crown is at a height of 0 to 1 in it, 1 at its widest.
 float CrownWidth(float height, float point) {
-  const float round = std::sqrt(std::max(0.0f, 1 - std::pow(std::abs(height * 2 - 0.85f) / 1.15f, 2.2f)));
+  const float round =
+      std::sqrt(std::max(0.0f, 1 - std::pow(std::abs(height * 2 - 0.85f) / 1.15f, 2.2f)));
   const float cone = std::pow(1 - height, 0.8f) * std::min(1.0f, height * 6 + 0.5f);
   return Blend(round, cone, point);
 }
@@ -49,7 +50,6 @@ Material LeafMaterial(const Vec3& color) {
     surface.albedo = (color * light + Vec3(0.05f, 0.02f, -0.01f) * yellow).cwiseMax(0.005f);
     surface.normal = hit.normal;
     surface.through = 0.75f;
-    surface.gloss = 0.02f;
     return surface;
   };
 }
@@ -110,8 +110,7 @@ int AddTree(World& world, const TreeShape& shape, std::uint32_t seed) {
       AddBranch(wood, Vec3(0, 0, std::min(foot, shape.trunk + crown * 0.7f)), middle,
                 girth * 0.28f);
     }
-    const Vec3 outwards =
-        (middle - Vec3(0, 0, shape.trunk + crown * 0.35f)).normalized();
+    const Vec3 outwards = (middle - Vec3(0, 0, shape.trunk + crown * 0.35f)).normalized();
     for (int leaf = 0; leaf < shape.leaves; ++leaf) {
       const Vec3 off = InBall(dice).cwiseProduct(Vec3(1, 1, 0.7f)) * shape.bunch;
       const Vec3 normal = (OnBall(dice) + outwards * 0.8f + Vec3(0, 0, 0.5f)).normalized();
@@ -171,7 +170,6 @@ int AddGrass(World& world, const GrassShape& shape, std::uint32_t seed) {
       // Halfway to the sky: a blade is round, and a meadow looks the same from all sides.
       surface.normal = (hit.normal + Vec3(0, 0, 0.7f)).normalized();
       surface.through = 0.6f;
-      surface.gloss = 0.015f;
       return surface;
     };
   };
@@ -181,8 +179,8 @@ int AddGrass(World& world, const GrassShape& shape, std::uint32_t seed) {
   if (!petals.points.empty()) {
     parts.push_back({std::move(petals), [](const Hit& hit) {
                        Surface surface;
-                       surface.albedo = hit.tint < 0.6f ? Vec3(0.72f, 0.56f, 0.04f)
-                                                        : Vec3(0.75f, 0.74f, 0.70f);
+                       surface.albedo =
+                           hit.tint < 0.6f ? Vec3(0.72f, 0.56f, 0.04f) : Vec3(0.75f, 0.74f, 0.70f);
                        surface.normal = hit.normal;
                        surface.through = 0.4f;
                        return surface;

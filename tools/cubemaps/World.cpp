@@ -50,9 +50,8 @@ int World::AddPrototype(std::vector<Part> parts) {
   prototype.scene = rtcNewScene(device_);
   for (Part& part : parts) {
     RTCGeometry geometry = rtcNewGeometry(device_, RTC_GEOMETRY_TYPE_TRIANGLE);
-    void* points =
-        rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
-                                sizeof(Vec3), part.mesh.points.size());
+    void* points = rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_VERTEX, 0, RTC_FORMAT_FLOAT3,
+                                           sizeof(Vec3), part.mesh.points.size());
     std::memcpy(points, part.mesh.points.data(), part.mesh.points.size() * sizeof(Vec3));
     void* triangles =
         rtcSetNewGeometryBuffer(geometry, RTC_BUFFER_TYPE_INDEX, 0, RTC_FORMAT_UINT3,
@@ -75,8 +74,7 @@ void World::Place(int prototype, const Vec3& position, float turn, float size, f
                                   Eigen::AngleAxisf(turn, Vec3::UnitZ()) *
                                   Eigen::Scaling(Vec3(size, size, size * stretch));
   RTCGeometry instance = rtcNewGeometry(device_, RTC_GEOMETRY_TYPE_INSTANCE);
-  rtcSetGeometryInstancedScene(instance,
-                               prototypes_[static_cast<std::size_t>(prototype)].scene);
+  rtcSetGeometryInstancedScene(instance, prototypes_[static_cast<std::size_t>(prototype)].scene);
   rtcSetGeometryTransform(instance, 0, RTC_FORMAT_FLOAT4X4_COLUMN_MAJOR, placing.matrix().data());
   rtcCommitGeometry(instance);
   rtcAttachGeometry(scene_, instance);
@@ -93,8 +91,9 @@ bool World::Find(const Vec3& origin, const Vec3& direction, float pixel, Hit& hi
   RTCIntersectContext context;
   rtcInitIntersectContext(&context);
   RTCRayHit ray{};
-  ray.ray = {origin.x(),    origin.y(), origin.z(), 1e-3f, direction.x(), direction.y(),
-             direction.z(), 0,          1e9f,       ~0u,   0,             0};
+  ray.ray = {
+      origin.x(), origin.y(), origin.z(), 1e-3f, direction.x(), direction.y(), direction.z(), 0,
+      1e9f,       ~0u,        0,          0};
   ray.hit.geomID = RTC_INVALID_GEOMETRY_ID;
   ray.hit.instID[0] = RTC_INVALID_GEOMETRY_ID;
   rtcIntersect1(scene_, &context, &ray);
@@ -117,8 +116,9 @@ bool World::Find(const Vec3& origin, const Vec3& direction, float pixel, Hit& hi
 bool World::IsBlocked(const Vec3& origin, const Vec3& direction, float distance) const {
   RTCIntersectContext context;
   rtcInitIntersectContext(&context);
-  RTCRay ray = {origin.x(),    origin.y(), origin.z(), 1e-3f, direction.x(), direction.y(),
-                direction.z(), 0,          distance,   ~0u,   0,             0};
+  RTCRay ray = {
+      origin.x(), origin.y(), origin.z(), 1e-3f, direction.x(), direction.y(), direction.z(), 0,
+      distance,   ~0u,        0,          0};
   rtcOccluded1(scene_, &context, &ray);
   return ray.tfar < 0;
 }

@@ -29,12 +29,12 @@ struct Mesh {
 // Where a ray met something.
 struct Hit {
   Vec3 position;
-  Vec3 local;      // in the axes of the prototype, before it was placed
-  Vec3 normal;     // of the triangle, towards where the ray came from
+  Vec3 local;        // in the axes of the prototype, before it was placed
+  Vec3 normal;       // of the triangle, towards where the ray came from
   Vec3 localNormal;  // the same in the prototype's axes, on whichever side
-  float distance;  // from where the ray began
-  float footprint;  // size of a pixel there, across the ray
-  float tint;       // of the placed thing, 0 to 1
+  float distance;    // from where the ray began
+  float footprint;   // size of a pixel there, across the ray
+  float tint;        // of the placed thing, 0 to 1
 };
 
 // How a surface takes light: all shares of it, red, green, blue.
