@@ -93,16 +93,16 @@ Surface AsphaltAt(const Hit& hit) {
   const float seen = Seen(0.012f, f);
   if (seen > 0) {
     // Stones in bitumen, of two sizes.
-    const Cell coarse = CellAt(x / 0.013f, y / 0.013f, 95);
+    const Cell coarse = CellAt(x / 0.010f, y / 0.010f, 95);
     const Cell fine = CellAt(x / 0.005f, y / 0.005f, 97);
     const float stone = Step(0.05f, 0.30f, coarse.second - coarse.nearest);
     const float own = static_cast<float>(coarse.name & 1023) / 1023;
     const float grain = static_cast<float>(fine.name & 255) / 255;
     const float look = stone * (0.65f + 0.95f * own * own) + (1 - stone) * (0.35f + 0.5f * grain);
-    grey *= Blend(1, look, seen * 0.9f);
+    grey *= Blend(1, look, seen * 0.55f);
     const Vec3 tilt((static_cast<float>(coarse.name >> 10 & 255) / 255 - 0.5f),
                     (static_cast<float>(coarse.name >> 18 & 255) / 255 - 0.5f), 0);
-    surface.normal = (Vec3::UnitZ() + tilt * (0.9f * seen)).normalized();
+    surface.normal = (Vec3::UnitZ() + tilt * (0.4f * seen)).normalized();
   }
   const float speckle = Noise(x * 28, y * 28, 99) * Seen(0.035f, f);
   grey *= 1 + 0.22f * speckle;

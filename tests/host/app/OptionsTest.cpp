@@ -53,8 +53,10 @@ TEST(Options, AllMayBeGivenOnEitherSideOfTheModelAndInBothForms) {
                                   "--north",
                                   "90",
                                   "--no-lights",
+                                  "--background=meadow_noon",
                                   "--viewer",
                                   "/opt/quorvane"});
+  EXPECT_EQ(options.background, "meadow_noon");
   EXPECT_EQ(options.model, "model.obj");
   EXPECT_EQ(options.load.up, UpAxis::kY);
   EXPECT_EQ(options.load.unit, LengthUnit::kFoot);
