@@ -6,7 +6,9 @@ namespace qv {
 
 BackgroundSettingsDialog::BackgroundSettingsDialog(wxWindow* parent, BackgroundChoice& choice)
     : _BackgroundSettingsDialog(parent), choice_(choice) {
-  (choice_.IsTexture() ? textureMode_ : simulationMode_)->SetValue(true);
+  wxRadioButton* mode = choice_.IsTexture() ? textureMode_ : simulationMode_;
+  mode->SetValue(true);
+  mode->SetFocus();
   FillList();
   CentreOnParent();
 }

@@ -95,7 +95,7 @@ TEST_F(Background, IsThatOfThePropertyAndGoesBackToTheHost) {
   const auto dialog = ViewerWindow::Find(kPatience, "Background Settings");
   ASSERT_TRUE(dialog);
   ASSERT_TRUE(Eventually([&] { return dialog->IsActive(); }));
-  dialog->Press(Key::kDown);
+  dialog->Press(Key::kRight);
   dialog->Press(Key::kEnter);
   ASSERT_TRUE(Eventually([&] { return host_->PropertyValue("background").has_value(); }, kSoon));
   EXPECT_EQ(host_->PropertyValue("background"), Property(1, last));

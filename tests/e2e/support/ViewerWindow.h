@@ -25,7 +25,7 @@ struct Area {
   int left = 0, top = 0, width = 0, height = 0;
 };
 
-enum class Key { kDown, kEnter };
+enum class Key { kRight, kEnter };
 
 // The viewer's main window, or a dialog of it, as the system knows it.
 class ViewerWindow {

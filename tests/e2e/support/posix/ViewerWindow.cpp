@@ -142,7 +142,8 @@ bool ViewerWindow::IsActive() const {
 }
 
 void ViewerWindow::Press(Key key) {
-  const KeyCode code = XKeysymToKeycode(native_->display, key == Key::kDown ? XK_Down : XK_Return);
+  const KeyCode code =
+      XKeysymToKeycode(native_->display, key == Key::kRight ? XK_Right : XK_Return);
   XTestFakeKeyEvent(native_->display, code, True, 50);
   XTestFakeKeyEvent(native_->display, code, False, 50);
   XFlush(native_->display);

@@ -140,7 +140,7 @@ bool ViewerWindow::IsActive() const {
 void ViewerWindow::Press(Key key) {
   INPUT input{};
   input.type = INPUT_KEYBOARD;
-  input.ki.wVk = key == Key::kDown ? VK_DOWN : VK_RETURN;
+  input.ki.wVk = key == Key::kRight ? VK_RIGHT : VK_RETURN;
   SendInput(1, &input, sizeof(input));
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
   input.ki.dwFlags = KEYEVENTF_KEYUP;
