@@ -104,24 +104,5 @@ TEST_F(Background, IsThatOfThePropertyAndGoesBackToTheHost) {
   EXPECT_EQ(host_->link().WaitForViewer(kSoon), 0);
 }
 
-TEST_F(Background, DialogGivesWayToTheEndOfTheViewer) {
-  ASSERT_NO_FATAL_FAILURE(StartViewer());
-  ASSERT_TRUE(SendQuarters(host_->link()));
-  ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
-  ASSERT_TRUE(AwaitFinalPicture());
-  Screenshot shot;
-  ASSERT_TRUE(Eventually([&] {
-    shot = window_->Shoot();
-    area_ = FindPicture(shot);
-    return area_.width > 0 && FindTools(shot, area_).size() == 4;
-  }));
-  const Point tool = FindTools(shot, area_)[2];
-  window_->Click(tool.x, tool.y);
-  ASSERT_TRUE(ViewerWindow::Find(kPatience, "Background Settings"));
-  window_->Close();
-  EXPECT_EQ(host_->link().WaitForViewer(kSoon), 0);
-  EXPECT_FALSE(host_->PropertyValue("background")) << "nobody agreed to it";
-}
-
 }  // namespace
 }  // namespace qv::e2e

@@ -218,7 +218,7 @@ TEST_P(ShippedCubeMap, HasNoSeams) {
 
 TEST_P(ShippedCubeMap, StandsUprightWithTheSkyAbove) {
   const CubeFaces& faces = Faces();
-  // Above the ground all around, and bluer.
+  // Bluer than the ground all around.
   const Vec3 around[] = {{0, 1, 0}, {-1, 0, 0}, {0, -1, 0}, {1, 0, 0}};
   for (const Vec3& side : around) {
     Vec3 above(0, 0, 0), below(0, 0, 0);
@@ -227,8 +227,7 @@ TEST_P(ShippedCubeMap, StandsUprightWithTheSkyAbove) {
       above += faces.Sample(side + along + Vec3(0, 0, 0.6f)) / 100;
       below += faces.Sample(side + along - Vec3(0, 0, 0.6f)) / 100;
     }
-    EXPECT_GT(above.mean(), below.mean() + 0.1f);
-    EXPECT_GT(above.z() - above.x(), below.z() - below.x());
+    EXPECT_GT(above.z() - above.x(), below.z() - below.x() + 0.03f);
   }
 }
 
