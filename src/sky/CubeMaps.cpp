@@ -79,7 +79,10 @@ CubeFaces LoadCubeMap(const fs::path& folder, const std::wstring& name) {
       pixels.clear();
       wrong = std::string("cannot be read: ") + error.what();
     }
-    if (!wrong.empty()) Log(LogLevel::kWarning, "face of the background " + path + ' ' + wrong);
+    if (wrong.empty()) continue;
+    std::string line = "face of the background ";
+    line.append(path).append(" ").append(wrong);
+    Log(LogLevel::kWarning, line);
   }
   return faces;
 }
