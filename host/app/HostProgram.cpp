@@ -2,9 +2,11 @@
 
 #include <atomic>
 #include <future>
+#include <stdexcept>
 #include <thread>
 #include <utility>
 
+#include "host/app/BackgroundWish.h"
 #include "host/app/SceneProperties.h"
 #include "host/app/Sunlight.h"
 #include "platform/ProgramPath.h"
@@ -45,7 +47,7 @@ HostProgram::HostProgram(Options options, Console& console, std::function<int()>
 
 int HostProgram::Run() {
   for (const std::string& warning : properties_.warnings()) console_.Complain(warning);
-  if (!FindViewer()) return kFailure;
+  if (!FindViewer() || !SettleBackground()) return kFailure;
   LoadedScene result;
   if (const Event event = Load(result); event != Event::kDone) return End(event);
   if (!result.scene) {
@@ -73,6 +75,18 @@ bool HostProgram::FindViewer() {
   console_.Complain("there is no viewer at " + viewer_.string() +
                     (options_.viewer.empty() ? "; --viewer PATH names another place" : ""));
   return false;
+}
+
+bool HostProgram::SettleBackground() {
+  if (options_.background.empty()) return true;
+  try {
+    session_.SetForSession("background",
+                           BackgroundProperty(options_.background, viewer_.parent_path()));
+    return true;
+  } catch (const std::runtime_error& error) {
+    console_.Complain(error.what());
+    return false;
+  }
 }
 
 HostProgram::Event HostProgram::WaitUntil(const std::function<bool(milliseconds)>& done) {

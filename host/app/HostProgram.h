@@ -37,6 +37,7 @@ class HostProgram {
   enum class Event { kDone, kEndRequested, kViewerClosed, kViewerDied, kFailed };
 
   bool FindViewer();
+  bool SettleBackground();
   // Waits until `done` holds, or something happens that ends the program.
   Event WaitUntil(const std::function<bool(std::chrono::milliseconds)>& done);
   Event EventOfEnd();

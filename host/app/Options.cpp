@@ -71,6 +71,11 @@ void SetViewer(Options& options, const std::string& value) {
   options.viewer = value;
 }
 
+void SetBackground(Options& options, const std::string& value) {
+  if (value.empty()) throw BadValue("the name of a background");
+  options.background = value;
+}
+
 struct ValueOption {
   const char* name;
   void (*set)(Options& options, const std::string& value);
@@ -87,6 +92,7 @@ constexpr std::array kValueOptions = std::to_array<ValueOption>({
     {"--time", SetTime},
     {"--timezone", SetTimeZone},
     {"--north", SetNorth},
+    {"--background", SetBackground},
     {"--viewer", SetViewer},
 });
 
@@ -185,6 +191,12 @@ The sun; for what is not given, a scene file has the first word:
                          by the clock of the time zone; 2024-06-15T14:30 by default
   --timezone HOURS       east of Greenwich, -12 to 12; by the longitude by default
   --north DEGREES        where north is, clockwise from the model's y axis; 0 by default
+
+Around the model:
+  --background NAME      asphalt_morning, hills_evening, meadow_noon or another folder in
+                         CubeMaps beside the viewer; ClearSky, Fine1, Fine2, Cloudy1 or
+                         Cloudy2 for weather. Counts until another is chosen in the viewer;
+                         as stored with the model by default.
 
   --viewer PATH          the viewer to start; quorvane beside this program by default
   --help                 show this help and exit

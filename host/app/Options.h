@@ -19,7 +19,8 @@ struct Options {
   PlaceAndTime when;
   bool lights = true;
   bool areaLights = true;
-  std::string viewer;  // empty: the one beside this program
+  std::string viewer;      // empty: the one beside this program
+  std::string background;  // a cube map or a kind of weather; empty: as stored with the model
 };
 
 struct ShowHelp {};

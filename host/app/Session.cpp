@@ -41,6 +41,11 @@ void Session::SetCamera(const RenderCamera& view) {
   camera_ = view;
 }
 
+void Session::SetForSession(const std::string& name, std::vector<std::byte> value) {
+  const std::lock_guard lock(mutex_);
+  forSession_[name] = std::move(value);
+}
+
 // The target moves along, as far ahead as it was.
 void Session::CameraChanged(const Vec3& eye, const Vec3& direction, const Vec3& up,
                             float fieldOfView) {
@@ -106,6 +111,10 @@ std::vector<HostPage> Session::Pages() {
 }
 
 void Session::SetProperty(const std::string& name, std::vector<std::byte> value) {
+  {
+    const std::lock_guard lock(mutex_);
+    forSession_.erase(name);
+  }
   const std::size_t size = value.size();
   if (properties_.Set(name, std::move(value))) {
     console_.Tell("property: " + name + ", " + std::to_string(size) + " bytes");
@@ -116,6 +125,11 @@ void Session::SetProperty(const std::string& name, std::vector<std::byte> value)
 }
 
 std::optional<std::vector<std::byte>> Session::Property(const std::string& name) {
+  {
+    const std::lock_guard lock(mutex_);
+    const auto value = forSession_.find(name);
+    if (value != forSession_.end()) return value->second;
+  }
   if (auto value = properties_.Get(name)) return value;
   const std::lock_guard lock(mutex_);
   const auto value = defaults_.find(name);

@@ -31,6 +31,9 @@ class Session final : public HostSide {
   // The view that the viewer is given; it follows the viewer's from then on.
   void SetCamera(const RenderCamera& view);
 
+  // The value of a property until the viewer sets another one. It is not stored with the model.
+  void SetForSession(const std::string& name, std::vector<std::byte> value);
+
   // Whether a resend was asked for since the last call.
   bool TakeResendRequest() { return resendRequested_.exchange(false); }
   bool viewerClosed() const { return viewerClosed_; }
@@ -56,6 +59,7 @@ class Session final : public HostSide {
   LocationAndTime when_;
   std::vector<SceneCamera> pages_;
   std::map<std::string, std::vector<std::byte>> defaults_;
+  std::map<std::string, std::vector<std::byte>> forSession_;
 };
 
 }  // namespace qv::host

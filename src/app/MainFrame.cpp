@@ -9,9 +9,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/BackgroundSettingsDialog.h"
 #include "app/FrameMessages.h"
 #include "app/StatusTexts.h"
 #include "core/Log.h"
+#include "platform/ProgramPath.h"
+#include "sky/CubeMaps.h"
 #include "ui/CommandIds.h"
 #include "ui/Images.h"
 
@@ -55,7 +58,7 @@ MainFrame::MainFrame(wxWindow* parent, std::uint32_t hostWindow, std::uint32_t p
   Bind(EVT_GUI_WORK, [this](wxThreadEvent&) { gui_.RunPending(); });
   SetIcons(LoadIcons("images/Quorvane.ico"));
   isResizing_ = false;
-  for (const int tool : {kIdCameraLink, kIdSynchronizeCamera, kIdReloadData}) {
+  for (const int tool : {kIdCameraLink, kIdSynchronizeCamera, kIdBackground, kIdReloadData}) {
     Bind(
         wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Enable(interactive_); }, tool);
   }
@@ -80,7 +83,8 @@ MainFrame::~MainFrame() {
 
 void MainFrame::CreateRenderer(int antialiasIndex) {
   receiving_ = true;
-  auto renderer = std::make_unique<RaytraceImpl>();
+  auto renderer = std::make_unique<RaytraceImpl>(RaytraceImpl::Options{
+      .cubeMapFolder = sky::CubeMapFolder(platform::ProgramPath().parent_path())});
   renderer->SetYield([this] { YieldToWindows(); });
   renderer->SetCallbacks(
       {.passDone = [this] { PictureStands(); },
@@ -160,6 +164,14 @@ void MainFrame::YieldToWindows() {
   if (loop && !loop->IsYielding()) loop->YieldFor(wxEVT_CATEGORY_UI);
 }
 
+bool MainFrame::ShowDialog(wxDialog& dialog) {
+  dialog_ = &dialog;
+  const int answer = dialog.ShowModal();
+  dialog_ = nullptr;
+  CatchUpWithClose();
+  return answer == wxID_OK && !closing_;
+}
+
 void MainFrame::EnableContents(bool enable) {
   // Not the frame itself: a disabled window cannot be closed or moved either.
   for (wxWindow* child : GetChildren()) {
@@ -185,13 +197,14 @@ void MainFrame::ShowFirst() {
 }
 
 void MainFrame::CatchUpWithClose() {
-  if (waiting_ || showing_ || closing_ || !std::exchange(closeAsked_, false)) return;
+  if (waiting_ || showing_ || dialog_ || closing_ || !std::exchange(closeAsked_, false)) return;
   CallAfter([this] { Close(true); });
 }
 
 void MainFrame::OnClose(wxCloseEvent& event) {
-  if (waiting_ || showing_ || closing_) {
+  if (waiting_ || showing_ || dialog_ || closing_) {
     closeAsked_ = true;
+    if (dialog_ && dialog_->IsModal()) dialog_->EndModal(wxID_CANCEL);
     if (event.CanVeto()) event.Veto();
     return;
   }
@@ -312,6 +325,18 @@ void MainFrame::OnCameraLink(wxCommandEvent& event) {
 
 void MainFrame::OnSynchronizeCamera(wxCommandEvent&) {
   SynchronizeCamera();
+}
+
+void MainFrame::OnBackground(wxCommandEvent&) {
+  const RaytraceImpl* renderer = renderer_.get();
+  if (closing_ || waiting_ || dialog_ || !renderer) return;
+  sky::BackgroundTypes types;
+  sky::FillBackgroundTypes(types,
+                           [](const char* name) { return wxGetTranslation(name).ToStdWstring(); });
+  BackgroundChoice choice(std::move(types), renderer->CubeMapNames(), renderer->BackgroundType(),
+                          renderer->CubeMapIndex());
+  BackgroundSettingsDialog dialog(this, choice);
+  if (ShowDialog(dialog)) ApplyBackground(choice.BackgroundType(), choice.CubeMapIndex());
 }
 
 void MainFrame::OnReloadData(wxCommandEvent&) {

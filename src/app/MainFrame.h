@@ -1,5 +1,6 @@
 #pragma once
 
+#include <wx/dialog.h>
 #include <wx/font.h>
 
 #include <atomic>
@@ -73,6 +74,7 @@ class MainFrame : public FrameWindow, public IQuorvane {
   void OnViewPaint(wxPaintEvent& event) override;
   void OnCameraLink(wxCommandEvent& event) override;
   void OnSynchronizeCamera(wxCommandEvent& event) override;
+  void OnBackground(wxCommandEvent& event) override;
   void OnReloadData(wxCommandEvent& event) override;
 
   // Makes a renderer with pictures of the present view size. `antialiasIndex` as for
@@ -91,6 +93,9 @@ class MainFrame : public FrameWindow, public IQuorvane {
   void YieldToWindows();
   // Closes the frame soon if that was asked for while it could not be done.
   void CatchUpWithClose();
+  // Shows a modal dialog and tells whether the user agreed to it. False too where the frame has to
+  // close, which it does afterwards.
+  bool ShowDialog(wxDialog& dialog);
   // Disables or enables all that is in the frame.
   void EnableContents(bool enable);
   void SetInteractive(bool interactive);
@@ -111,6 +116,8 @@ class MainFrame : public FrameWindow, public IQuorvane {
   // camera. False, without the call, when the frame is closing.
   bool ReceiveScene(const std::function<void(RaytraceImpl&)>& work);
   void LoadProperties();
+  // Shows another background, and has the host keep it with the model.
+  void ApplyBackground(std::int32_t backgroundType, std::int32_t cubeMapIndex);
   void SceneBuilt();
 
   wxFont statisticsFont_;
@@ -120,6 +127,7 @@ class MainFrame : public FrameWindow, public IQuorvane {
   bool showing_ = false;     // inside ShowFirst
   bool closeAsked_ = false;  // the frame was closed meanwhile
   bool closing_ = false;
+  wxDialog* dialog_ = nullptr;  // that is being shown
   bool showStatistics_ = true;
   bool pictureIsNew_ = false;           // taken, but not painted yet
   wxSize pictureSize_{0, 0};            // of the renderer's pictures

@@ -156,6 +156,15 @@ void MainFrame::LoadProperties() {
                [this](float size) { lightmapMeshSize_ = size; });
 }
 
+void MainFrame::ApplyBackground(std::int32_t backgroundType, std::int32_t cubeMapIndex) {
+  RaytraceImpl* renderer = renderer_.get();
+  if (!renderer || !link_) return;
+  renderer->SetBackground(backgroundType, cubeMapIndex);
+  link_->SetBackground(backgroundType, cubeMapIndex);
+  // Where a scene is coming in, its camera brings the picture.
+  if (!receiving_) renderer->StartRenderSameCamera(ModeStill);
+}
+
 void MainFrame::SceneBuilt() {
   sceneShown_ = false;
   painter_.Forget();

@@ -60,3 +60,20 @@ list(APPEND images ${image_folder}/Quorvane.ico)
 add_custom_target(quorvane_images DEPENDS ${images})
 add_dependencies(quorvane quorvane_images)
 install(DIRECTORY ${image_folder} DESTINATION .)
+
+# The cube maps, beside the program too.
+set(cube_map_sources ${CMAKE_SOURCE_DIR}/resources/CubeMaps)
+set(cube_map_folder ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/CubeMaps)
+set(cube_maps)
+foreach(cube_map asphalt_morning hills_evening meadow_noon)
+  foreach(stem FR LF BK RT UP DN)
+    set(face ${cube_map}/${stem}.jpg)
+    add_custom_command(OUTPUT ${cube_map_folder}/${face}
+      COMMAND ${CMAKE_COMMAND} -E copy ${cube_map_sources}/${face} ${cube_map_folder}/${face}
+      DEPENDS ${cube_map_sources}/${face} VERBATIM)
+    list(APPEND cube_maps ${cube_map_folder}/${face})
+  endforeach()
+endforeach()
+add_custom_target(quorvane_cube_maps DEPENDS ${cube_maps})
+add_dependencies(quorvane quorvane_cube_maps)
+install(DIRECTORY ${cube_map_sources} DESTINATION .)

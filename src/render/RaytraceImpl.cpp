@@ -1,6 +1,5 @@
 #include "render/RaytraceImpl.h"
 
-#include <FreeImage.h>
 #include <embree3/rtcore.h>
 #include <omp.h>
 
@@ -59,11 +58,6 @@ class Device {
   RTCDevice device_;
 };
 
-// Messages of the image library go to the log, not to standard error.
-void TellImageError(FREE_IMAGE_FORMAT, const char* message) {
-  Log(LogLevel::kWarning, std::string("image: ") + message);
-}
-
 // One ray as the only active lane of a packet.
 std::optional<RayHit> CastInto(const TraceTarget& target, const Vec3& origin,
                                const Vec3& direction) {
@@ -92,6 +86,7 @@ struct RaytraceImpl::Parts {
       : device(options),
         packetWidth(PacketWidthOf(options)),
         scene(device.get()),
+        background(options.cubeMapFolder),
         engine(device.get(), scene, background, ThreadCountOf(options), packetWidth) {}
 
   TraceTarget Target() const { return {device.get(), &scene, packetWidth, 0, nullptr}; }
@@ -122,10 +117,7 @@ struct RaytraceImpl::Parts {
 
 RaytraceImpl::RaytraceImpl() : RaytraceImpl(Options()) {}
 
-RaytraceImpl::RaytraceImpl(const Options& options) {
-  FreeImage_SetOutputMessage(&TellImageError);
-  parts_ = std::make_unique<Parts>(options);
-}
+RaytraceImpl::RaytraceImpl(const Options& options) : parts_(std::make_unique<Parts>(options)) {}
 
 RaytraceImpl::~RaytraceImpl() {
   Shutdown();
@@ -213,6 +205,10 @@ std::int32_t RaytraceImpl::BackgroundType() const {
 
 std::int32_t RaytraceImpl::CubeMapIndex() const {
   return parts_->background.CubeMapIndex();
+}
+
+const std::vector<std::wstring>& RaytraceImpl::CubeMapNames() const {
+  return parts_->background.CubeMapNames();
 }
 
 bool RaytraceImpl::ResizeTargets(int width, int height, int antialiasIndex) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -72,11 +73,12 @@ class RaytraceImpl {
   };
 
   struct Options {
-    int threadCount = 0;  // 0: the number of processors, at most 32
-    int packetWidth = 0;  // 0: 8 where the processor has AVX, else 1
+    int threadCount = 0;                       // 0: the number of processors, at most 32
+    int packetWidth = 0;                       // 0: 8 where the processor has AVX, else 1
+    std::filesystem::path cubeMapFolder = {};  // empty: a plain sky instead of cube maps
     // The ray library's name of the best instructions that it may use, such as "avx2"; empty: any.
     // Others find hits that lie closer together than their rounding in another order.
-    std::string rayInstructions;
+    std::string rayInstructions = {};
   };
 
   RaytraceImpl();
@@ -117,6 +119,7 @@ class RaytraceImpl {
   void SetBackground(std::int32_t backgroundType, std::int32_t cubeMapIndex);
   std::int32_t BackgroundType() const;
   std::int32_t CubeMapIndex() const;
+  const std::vector<std::wstring>& CubeMapNames() const;  // does not change
 
   // Reallocates the pictures; the job must have been stopped. `antialiasIndex` 0, 1, 2 gives 2, 4,
   // 8 samples on each axis, -1 keeps the factor, anything else gives 2. False if the memory is

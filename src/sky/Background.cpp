@@ -1,8 +1,11 @@
 #include "sky/Background.h"
 
 #include <cmath>
+#include <utility>
 
 #include "core/Calendar.h"
+#include "core/Log.h"
+#include "sky/CubeMaps.h"
 #include "sky/GradientCube.h"
 #include "sky/LocalTime.h"
 #include "sky/Location.h"
@@ -47,7 +50,25 @@ SunRecord SunOf(const SkyMoment& moment) {
 
 }  // namespace
 
-Background::Background() = default;
+Background::Background(std::filesystem::path cubeMapFolder)
+    : cubeMapFolder_(std::move(cubeMapFolder)) {
+  ScanCubeMaps();
+}
+
+void Background::ScanCubeMaps() {
+  if (cubeMapFolder_.empty()) return;
+  cubeMapNames_ = ListCubeMaps(cubeMapFolder_);
+  cubeMapIndex_ = SettledIndex(cubeMapIndex_);
+  if (cubeMapNames_.empty()) {
+    Log(LogLevel::kWarning, "there are no cube maps in " + cubeMapFolder_.string());
+  }
+}
+
+std::int32_t Background::SettledIndex(std::int32_t cubeMapIndex) const {
+  const auto count = static_cast<std::int32_t>(cubeMapNames_.size());
+  if (cubeMapIndex >= 0 && cubeMapIndex < count) return cubeMapIndex;
+  return DefaultCubeMap(cubeMapNames_);
+}
 
 void Background::SetMoment(const SkyMoment& moment) {
   {
@@ -74,7 +95,7 @@ void Background::SetType(std::int32_t backgroundType, std::int32_t cubeMapIndex)
   {
     const std::lock_guard lock(mutex_);
     type_ = backgroundType;
-    cubeMapIndex_ = cubeMapIndex;
+    cubeMapIndex_ = SettledIndex(cubeMapIndex);
   }
   skyDirty_ = true;
   cloudsDirty_ = true;
@@ -90,6 +111,15 @@ std::int32_t Background::CubeMapIndex() const {
   return cubeMapIndex_;
 }
 
+// Kinds of weather show the chosen cube map too: there is no simulation of them yet.
+void Background::UpdateFaces(std::int32_t cubeMapIndex) {
+  if (cubeMapNames_.empty()) {
+    if (faces_.pixels[0].empty()) FillGradientCube(faces_);
+    return;
+  }
+  faces_ = LoadCubeMap(cubeMapFolder_, cubeMapNames_[static_cast<std::size_t>(cubeMapIndex)]);
+}
+
 bool Background::Update() {
   // The flags go down before the values are read: what is set from now on counts for the next
   // update.
@@ -97,7 +127,7 @@ bool Background::Update() {
   const bool cloudsDirty = cloudsDirty_.exchange(false);
   if (!skyDirty && !cloudsDirty) return false;
 
-  if (faces_.pixels[0].empty()) FillGradientCube(faces_);
+  if (cloudsDirty) UpdateFaces(CubeMapIndex());
   sun_ = SunOf(Moment());
   return true;
 }

@@ -2,9 +2,13 @@
 
 #include <atomic>
 #include <cstdint>
+#include <filesystem>
 #include <mutex>
+#include <string>
+#include <vector>
 
 #include "core/Vec.h"
+#include "sky/BackgroundTypes.h"
 #include "sky/CubeFaces.h"
 
 namespace qv::sky {
@@ -30,15 +34,18 @@ struct SkyMoment {
 // any thread; Update, faces and sun belong to the render thread.
 class Background {
  public:
-  Background();
+  // `cubeMapFolder` has a folder for each cube map. Without any a plain gradient is shown.
+  explicit Background(std::filesystem::path cubeMapFolder = {});
 
   void SetMoment(const SkyMoment& moment);  // marks the sky as dirty
   void SetJulianDate(double julianDate);    // marks the sky as dirty
   SkyMoment Moment() const;
-  // Marks sky and clouds as dirty.
+  // Marks sky and clouds as dirty. An index outside of the list stands for the cube map that is
+  // shown where none was chosen.
   void SetType(std::int32_t backgroundType, std::int32_t cubeMapIndex);
   std::int32_t Type() const;
   std::int32_t CubeMapIndex() const;
+  const std::vector<std::wstring>& CubeMapNames() const { return cubeMapNames_; }
 
   // Makes faces and sun anew if something was marked; true if it did.
   bool Update();
@@ -47,9 +54,15 @@ class Background {
   const SunRecord& sun() const { return sun_; }
 
  private:
+  void ScanCubeMaps();
+  std::int32_t SettledIndex(std::int32_t cubeMapIndex) const;
+  void UpdateFaces(std::int32_t cubeMapIndex);
+
+  const std::filesystem::path cubeMapFolder_;
+  std::vector<std::wstring> cubeMapNames_;  // not changed after construction
   mutable std::mutex mutex_;
   SkyMoment moment_;
-  std::int32_t type_ = 2;
+  std::int32_t type_ = kDefaultBackground;
   std::int32_t cubeMapIndex_ = -1;
   std::atomic<bool> skyDirty_{false};
   std::atomic<bool> cloudsDirty_{true};

@@ -70,9 +70,14 @@ CubeFaces::Texel CubeFaces::TexelOf(const Vec3& direction) {
 
 Vec3 CubeFaces::DirectionOf(const Texel& texel) {
   // The last column and row are met only by u = 1 and v = 0 exactly.
-  const float a = std::min((texel.column + 0.5f) / kSpan, 1.0f) * 2 - 1;
-  const float b = 1 - std::min((texel.row + 0.5f) / kSpan, 1.0f) * 2;
-  switch (texel.face) {
+  return DirectionAt(texel.face, std::min((texel.column + 0.5f) / kSpan, 1.0f),
+                     std::min((texel.row + 0.5f) / kSpan, 1.0f));
+}
+
+Vec3 CubeFaces::DirectionAt(int face, float right, float down) {
+  const float a = right * 2 - 1;
+  const float b = 1 - down * 2;
+  switch (face) {
     case kFaceFront:
       return {a, 1, b};
     case kFaceLeft:

@@ -33,6 +33,10 @@ class CubeFaces {
   // A direction, not of unit length, through the middle of what TexelOf maps to the pixel.
   static Vec3 DirectionOf(const Texel& texel);
 
+  // The direction, not of unit length, to a point of a face: `right` and `down` from its top left
+  // corner, in widths of the face.
+  static Vec3 DirectionAt(int face, float right, float down);
+
   // Red, green, blue in 0 to 1.
   Vec3 Sample(const Vec3& direction) const;
 };

@@ -7,8 +7,13 @@ namespace qv {
 enum CommandId : int {
   kIdCameraLink = 1007,
   kIdSynchronizeCamera = 1008,
+  kIdBackground = 1012,
   kIdReloadData = 1015,
   kIdGauge = 10001,
+  // Of the background dialog, which has numbers of its own.
+  kIdTextureMode = 1000,
+  kIdSimulationMode = 1001,
+  kIdBackgroundList = 1002,
 };
 
 }  // namespace qv

@@ -42,6 +42,9 @@ void _MainFrame::AddTools() {
   toolBar_->AddTool(kIdSynchronizeCamera, _("Synchronize camera to SketchUp"),
                     LoadToolImage("syncCamera", kToolImageSize), wxBitmapBundle(), wxITEM_NORMAL,
                     wxString(), _("Synchronize camera to SketchUp"));
+  toolBar_->AddTool(kIdBackground, _("Change background settings."),
+                    LoadToolImage("Background", kToolImageSize), wxBitmapBundle(), wxITEM_NORMAL,
+                    _("Background Settings Dialog"));
   toolBar_->AddTool(kIdReloadData, _("Reload Data"), LoadToolImage("Reload", kToolImageSize));
   toolBar_->Realize();
 }
@@ -52,6 +55,7 @@ void _MainFrame::BindEvents() {
   view_->Bind(wxEVT_PAINT, &_MainFrame::OnViewPaint, this);
   Bind(wxEVT_TOOL, &_MainFrame::OnCameraLink, this, kIdCameraLink);
   Bind(wxEVT_TOOL, &_MainFrame::OnSynchronizeCamera, this, kIdSynchronizeCamera);
+  Bind(wxEVT_TOOL, &_MainFrame::OnBackground, this, kIdBackground);
   Bind(wxEVT_TOOL, &_MainFrame::OnReloadData, this, kIdReloadData);
 }
 

@@ -21,6 +21,7 @@ class _MainFrame
   virtual void OnViewPaint(wxPaintEvent& event) = 0;
   virtual void OnCameraLink(wxCommandEvent& event) = 0;
   virtual void OnSynchronizeCamera(wxCommandEvent& event) = 0;
+  virtual void OnBackground(wxCommandEvent& event) = 0;
   virtual void OnReloadData(wxCommandEvent& event) = 0;
 
   wxPanel* view_;

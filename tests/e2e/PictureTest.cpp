@@ -43,7 +43,7 @@ class Picture : public ViewerTest {
 
   void ClickTool(std::size_t index) {
     const std::vector<Point> tools = FindTools(shot_, area_);
-    ASSERT_EQ(tools.size(), 3u);
+    ASSERT_EQ(tools.size(), 4u);
     window_->Click(tools[index].x, tools[index].y);
   }
 
@@ -90,7 +90,7 @@ TEST_F(Picture, IsTheSameAfterReload) {
   ASSERT_NO_FATAL_FAILURE(ShowQuarters());
   const Screenshot before = shot_;
   const std::size_t known = FinalPictures();
-  ASSERT_NO_FATAL_FAILURE(ClickTool(2));
+  ASSERT_NO_FATAL_FAILURE(ClickTool(3));
   ASSERT_TRUE(Eventually([&] { return host_->resends == 1; }));
   ASSERT_TRUE(SendQuarters(host_->link()));
   ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));

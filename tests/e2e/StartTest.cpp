@@ -76,7 +76,7 @@ TEST_F(Start, WaitsQuietlyForAHostThatIsNotThere) {
 
   // The pictures of the tools are found wherever the viewer is started, and it goes back there.
   const Screenshot shot = window_->Shoot();
-  EXPECT_EQ(FindTools(shot, {0, 32, shot.width, shot.height - 32}).size(), 3u);
+  EXPECT_EQ(FindTools(shot, {0, 32, shot.width, shot.height - 32}).size(), 4u);
   EXPECT_EQ(WorkingFolder(viewer.id()).value_or(elsewhere), elsewhere);
 
   window_->Close();

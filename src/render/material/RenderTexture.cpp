@@ -3,64 +3,16 @@
 #include <FreeImage.h>
 
 #include <cstdint>
-#include <filesystem>
-#include <limits>
-#include <memory>
 #include <new>
-#include <system_error>
 #include <utility>
 
-#include "core/ImageSize.h"
 #include "core/Log.h"
+#include "imagefile/ImageFile.h"
 
 namespace qv {
 namespace {
 
-struct Unload {
-  void operator()(FIBITMAP* bitmap) const { FreeImage_Unload(bitmap); }
-};
-using Bitmap = std::unique_ptr<FIBITMAP, Unload>;
-
-// Nothing but the header where the kind of file allows that.
-Bitmap LoadHeader(FREE_IMAGE_FORMAT format, const std::string& path) {
-  if (!FreeImage_FIFSupportsNoPixels(format)) return nullptr;
-  return Bitmap(FreeImage_Load(format, path.c_str(), FIF_LOAD_NOPIXELS));
-}
-
-// Offsets into a level are 32 bits wide.
-bool IsTooLarge(FIBITMAP* bitmap, std::uint64_t fileBytes) {
-  constexpr std::uint64_t kMostPixels = std::numeric_limits<std::int32_t>::max() / 4;
-  const std::uint64_t width = FreeImage_GetWidth(bitmap);
-  const std::uint64_t height = FreeImage_GetHeight(bitmap);
-  return width * height > kMostPixels || !IsPlausibleImage(width, height, fileBytes);
-}
-
-// Nothing for what is no plain file: to open a pipe would wait for whoever writes to it.
-Bitmap LoadBitmap(const std::string& path) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return nullptr;
-  const std::uint64_t fileBytes = std::filesystem::file_size(path, error);
-  if (error) return nullptr;
-  FREE_IMAGE_FORMAT format = FreeImage_GetFileType(path.c_str(), 0);
-  if (format == FIF_UNKNOWN) format = FreeImage_GetFIFFromFilename(path.c_str());
-  if (format == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(format)) return nullptr;
-  const Bitmap header = LoadHeader(format, path);
-  if (header && IsTooLarge(header.get(), fileBytes)) return nullptr;
-  Bitmap bitmap(FreeImage_Load(format, path.c_str(), 0));
-  if (!bitmap || !FreeImage_HasPixels(bitmap.get()) || IsTooLarge(bitmap.get(), fileBytes)) {
-    return nullptr;
-  }
-  return bitmap;
-}
-
-// Nothing for kinds of pixels that have no colours, such as complex numbers.
-Bitmap In32Bits(FIBITMAP* bitmap) {
-  if (FreeImage_GetImageType(bitmap) != FIT_UINT16)
-    return Bitmap(FreeImage_ConvertTo32Bits(bitmap));
-  // Grey of 16 bits goes over grey of 8.
-  const Bitmap grey(FreeImage_ConvertTo8Bits(bitmap));
-  return Bitmap(grey ? FreeImage_ConvertTo32Bits(grey.get()) : nullptr);
-}
+using imagefile::Bitmap;
 
 TextureMip MipOf(FIBITMAP* bitmap) {
   TextureMip mip;
@@ -70,8 +22,7 @@ TextureMip MipOf(FIBITMAP* bitmap) {
   mip.invWidth = 1.0f / static_cast<float>(mip.width);
   mip.invHeight = 1.0f / static_cast<float>(mip.height);
   mip.pixels.resize(static_cast<std::size_t>(mip.pitch) * static_cast<std::size_t>(mip.height));
-  FreeImage_ConvertToRawBits(mip.pixels.data(), bitmap, mip.pitch, 32, 0xff0000, 0x00ff00, 0x0000ff,
-                             TRUE);
+  imagefile::CopyPixels(bitmap, mip.pixels);
   return mip;
 }
 
@@ -98,13 +49,13 @@ std::vector<TextureMip> MipChainOf(FIBITMAP* full) {
 }  // namespace
 
 std::optional<RenderTexture> LoadTexture(const std::string& path) try {
-  Bitmap bitmap = LoadBitmap(path);
+  Bitmap bitmap = imagefile::Load(path);
   if (!bitmap) {
     Log(LogLevel::kWarning, "texture cannot be read: " + path);
     return std::nullopt;
   }
   const bool hasAlpha = FreeImage_IsTransparent(bitmap.get()) != 0;
-  const Bitmap full = In32Bits(bitmap.get());
+  const Bitmap full = imagefile::In32Bits(bitmap.get());
   bitmap.reset();
   if (!full) {
     Log(LogLevel::kWarning, "texture cannot be converted to 32 bits: " + path);

@@ -25,6 +25,10 @@ void TestHost::SetProperty(const std::string& name, std::vector<std::byte> value
 
 std::optional<std::vector<std::byte>> TestHost::Property(const std::string& name) {
   if (beforeProperty) beforeProperty(name);
+  return PropertyValue(name);
+}
+
+std::optional<std::vector<std::byte>> TestHost::PropertyValue(const std::string& name) {
   const std::lock_guard lock(mutex_);
   const auto found = properties.find(name);
   if (found == properties.end()) return std::nullopt;

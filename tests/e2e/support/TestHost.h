@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,8 @@ class TestHost : public host::HostSide {
   ~TestHost() override;
 
   host::HostLink& link() { return *link_; }
+  // What is kept now, while the viewer may be setting it.
+  std::optional<std::vector<std::byte>> PropertyValue(const std::string& name);
 
   // Set before the viewer can ask; called on the link's message thread.
   std::function<void(const std::string& name)> beforeProperty;

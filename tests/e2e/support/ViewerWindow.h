@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace qv::e2e {
@@ -24,11 +25,14 @@ struct Area {
   int left = 0, top = 0, width = 0, height = 0;
 };
 
-// The viewer's main window as the system knows it.
+enum class Key { kRight, kEnter };
+
+// The viewer's main window, or a dialog of it, as the system knows it.
 class ViewerWindow {
  public:
-  // Waits until the window of that title is on the screen; null if it is not in time.
-  static std::unique_ptr<ViewerWindow> Find(std::chrono::milliseconds timeout);
+  // Waits until a window of that title is on the screen; null if it is not in time.
+  static std::unique_ptr<ViewerWindow> Find(std::chrono::milliseconds timeout,
+                                            const std::string& title = "Quorvane");
   // Whether a window of the viewer is on the screen now.
   static bool Exists();
   // Closes the message boxes of a process. There are none where messages go to standard error.
@@ -41,6 +45,10 @@ class ViewerWindow {
   void Close();
   // Presses and lets go the left button at a point of the window.
   void Click(int x, int y);
+  // Whether keys go to this window.
+  bool IsActive() const;
+  // Presses a key and lets it go, in whichever window is active.
+  void Press(Key key);
 
  private:
   struct Native;

@@ -60,8 +60,10 @@ TEST(Options, AllMayBeGivenOnEitherSideOfTheModelAndInBothForms) {
                                   "90",
                                   "--no-lights",
                                   "--no-lem",
+                                  "--background=meadow_noon",
                                   "--viewer",
                                   "/opt/quorvane"});
+  EXPECT_EQ(options.background, "meadow_noon");
   EXPECT_EQ(options.model, "model.obj");
   EXPECT_EQ(options.load.up, UpAxis::kY);
   EXPECT_EQ(options.load.unit, LengthUnit::kFoot);

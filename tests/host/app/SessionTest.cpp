@@ -58,6 +58,17 @@ TEST_F(Sessions, DateFollowsTheViewerAndThePlaceStays) {
   EXPECT_EQ(when.timeZone, 1);
 }
 
+TEST_F(Sessions, KeepsAWishForThePropertyUntilTheViewerSetsIt) {
+  const PropertyStore::Value stored{std::byte{1}}, wished{std::byte{2}}, chosen{std::byte{3}};
+  session.SetProperty("background", stored);
+  session.SetForSession("background", wished);
+  EXPECT_EQ(session.Property("background"), wished);
+  EXPECT_EQ(properties.Get("background"), stored) << "the model keeps its own";
+  session.SetProperty("background", chosen);
+  EXPECT_EQ(session.Property("background"), chosen);
+  EXPECT_EQ(properties.Get("background"), chosen);
+}
+
 TEST_F(Sessions, PagesAreTheCamerasOfTheFile) {
   EXPECT_TRUE(session.Pages().empty());
   session.SetPages({{"K\xc3\xbc"

@@ -3,8 +3,8 @@
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
 
-#include <cstring>
 #include <string>
 #include <thread>
 #include <utility>
@@ -12,14 +12,13 @@
 namespace qv::e2e {
 namespace {
 
-constexpr const char* kTitle = "Quorvane";
-
 int IgnoreError(::Display*, XErrorEvent*) {
   return 0;
 }
 
-std::vector<::Window> ManagedWindows(::Display* display) {
-  const Atom list = XInternAtom(display, "_NET_CLIENT_LIST", False);
+// What a property of the root window lists.
+std::vector<::Window> RootWindows(::Display* display, const char* property) {
+  const Atom list = XInternAtom(display, property, False);
   Atom type = None;
   int format = 0;
   unsigned long count = 0, rest = 0;
@@ -35,19 +34,19 @@ std::vector<::Window> ManagedWindows(::Display* display) {
   return windows;
 }
 
-bool IsViewer(::Display* display, ::Window window) {
+bool IsViewer(::Display* display, ::Window window, const std::string& title) {
   char* name = nullptr;
   XWindowAttributes attributes;
-  const bool matches = XFetchName(display, window, &name) && std::strcmp(name, kTitle) == 0 &&
+  const bool matches = XFetchName(display, window, &name) && title == name &&
                        XGetWindowAttributes(display, window, &attributes) &&
                        attributes.map_state == IsViewable;
   if (name) XFree(name);
   return matches;
 }
 
-::Window Look(::Display* display) {
-  for (const ::Window window : ManagedWindows(display)) {
-    if (IsViewer(display, window)) return window;
+::Window Look(::Display* display, const std::string& title) {
+  for (const ::Window window : RootWindows(display, "_NET_CLIENT_LIST")) {
+    if (IsViewer(display, window, title)) return window;
   }
   return None;
 }
@@ -71,7 +70,8 @@ ViewerWindow::ViewerWindow(std::unique_ptr<Native> native) : native_(std::move(n
 
 ViewerWindow::~ViewerWindow() = default;
 
-std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout) {
+std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout,
+                                                 const std::string& title) {
   // A window may go at any moment.
   XSetErrorHandler(&IgnoreError);
   auto native = std::make_unique<Native>();
@@ -79,7 +79,7 @@ std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeo
   if (!native->display) return nullptr;
   const auto end = std::chrono::steady_clock::now() + timeout;
   while (true) {
-    native->window = Look(native->display);
+    native->window = Look(native->display, title);
     if (native->window) return std::unique_ptr<ViewerWindow>(new ViewerWindow(std::move(native)));
     if (std::chrono::steady_clock::now() >= end) return nullptr;
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
@@ -135,6 +135,19 @@ void ViewerWindow::Click(int x, int y) {
   XTestFakeMotionEvent(native_->display, -1, rootX, rootY, 0);
   XTestFakeButtonEvent(native_->display, 1, True, 50);
   XTestFakeButtonEvent(native_->display, 1, False, 50);
+  XFlush(native_->display);
+}
+
+bool ViewerWindow::IsActive() const {
+  const std::vector<::Window> active = RootWindows(native_->display, "_NET_ACTIVE_WINDOW");
+  return !active.empty() && active.front() == native_->window;
+}
+
+void ViewerWindow::Press(Key key) {
+  const KeyCode code =
+      XKeysymToKeycode(native_->display, key == Key::kRight ? XK_Right : XK_Return);
+  XTestFakeKeyEvent(native_->display, code, True, 50);
+  XTestFakeKeyEvent(native_->display, code, False, 50);
   XFlush(native_->display);
 }
 

@@ -3,20 +3,24 @@
 #include <windows.h>
 
 #include <cstddef>
-#include <string_view>
+#include <string>
 #include <thread>
 #include <utility>
 
 namespace qv::e2e {
 namespace {
 
-constexpr wchar_t kTitle[] = L"Quorvane";
+struct Sought {
+  std::wstring title;
+  HWND window = nullptr;
+};
 
 BOOL CALLBACK Look(HWND window, LPARAM context) {
+  auto* sought = reinterpret_cast<Sought*>(context);
   wchar_t title[64];
   const bool matches = IsWindowVisible(window) != 0 && GetWindowTextW(window, title, 64) > 0 &&
-                       std::wstring_view(title) == kTitle;
-  if (matches) *reinterpret_cast<HWND*>(context) = window;
+                       title == sought->title;
+  if (matches) sought->window = window;
   return matches ? FALSE : TRUE;
 }
 
@@ -73,7 +77,7 @@ void TakePointerAway(HWND window) {
   SetCursorPos((inside.left + inside.right) / 2, (inside.top + inside.bottom) / 2);
 }
 
-void Press(DWORD what) {
+void PressButton(DWORD what) {
   INPUT input{};
   input.type = INPUT_MOUSE;
   input.mi.dwFlags = what;
@@ -90,11 +94,14 @@ ViewerWindow::ViewerWindow(std::unique_ptr<Native> native) : native_(std::move(n
 
 ViewerWindow::~ViewerWindow() = default;
 
-std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout) {
+std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout,
+                                                 const std::string& title) {
   auto native = std::make_unique<Native>();
   const auto end = std::chrono::steady_clock::now() + timeout;
   while (true) {
-    EnumWindows(Look, reinterpret_cast<LPARAM>(&native->window));
+    Sought sought{std::wstring(title.begin(), title.end())};
+    EnumWindows(Look, reinterpret_cast<LPARAM>(&sought));
+    native->window = sought.window;
     if (native->window) {
       TakePointerAway(native->window);
       return std::unique_ptr<ViewerWindow>(new ViewerWindow(std::move(native)));
@@ -147,11 +154,25 @@ void ViewerWindow::Click(int x, int y) {
   SetForegroundWindow(native_->window);
   SetCursorPos(inside.left + x, inside.top + y);
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  Press(MOUSEEVENTF_LEFTDOWN);
+  PressButton(MOUSEEVENTF_LEFTDOWN);
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  Press(MOUSEEVENTF_LEFTUP);
+  PressButton(MOUSEEVENTF_LEFTUP);
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
   TakePointerAway(native_->window);
+}
+
+bool ViewerWindow::IsActive() const {
+  return GetForegroundWindow() == native_->window;
+}
+
+void ViewerWindow::Press(Key key) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = key == Key::kRight ? VK_RIGHT : VK_RETURN;
+  SendInput(1, &input, sizeof(input));
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  input.ki.dwFlags = KEYEVENTF_KEYUP;
+  SendInput(1, &input, sizeof(input));
 }
 
 }  // namespace qv::e2e
