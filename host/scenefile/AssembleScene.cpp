@@ -152,6 +152,7 @@ class Assembler {
       if (!used) FailAtName(change, materials);
     }
     std::vector<std::uint32_t> numbers;
+    numbers.reserve(materials.size());
     for (const SceneMaterial& material : materials) numbers.push_back(table_.IndexOf(material));
     return numbers;
   }
