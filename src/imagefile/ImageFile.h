@@ -45,9 +45,9 @@ struct Size {
 // cannot be read, or is of a kind whose head cannot be read alone.
 std::optional<Size> SizeOf(const std::string& path);
 
-// The kind is told by the file's contents, or else by its name. Null if the file cannot be read, has
-// more pixels than offsets of 32 bits can reach, or claims more than so many bytes can hold. A file
-// that ends too early may give what there is of it, with a complaint.
+// The kind is told by the file's contents, or else by its name. Null if the file cannot be read,
+// has more pixels than offsets of 32 bits can reach, or claims more than so many bytes can hold. A
+// file that ends too early may give what there is of it, with a complaint.
 Bitmap Load(const std::string& path);
 
 // Null for kinds of pixels that have no colours, such as complex numbers.

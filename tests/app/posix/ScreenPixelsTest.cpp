@@ -21,8 +21,8 @@ TEST(ExpandPicture, TurnsBottomUpTriplesIntoTopDownWords) {
     }
   }
   std::vector<std::uint32_t> out(8 * kHeight, 0);
-  ExpandPicture({kWidth, kHeight, kPitch, in.data()}, reinterpret_cast<std::uint8_t*>(out.data()),
-                8 * sizeof(std::uint32_t));
+  ExpandPicture({kWidth, kHeight, kPitch, in.data(), {}},
+                reinterpret_cast<std::uint8_t*>(out.data()), 8 * sizeof(std::uint32_t));
   for (int y = 0; y < kHeight; ++y) {
     for (int x = 0; x < kWidth; ++x) {
       const auto expected = static_cast<std::uint32_t>(0xFF000000 + ((200 + y) << 16) +
@@ -37,7 +37,7 @@ TEST(ExpandPicture, ReadsNothingBehindTheLastPixel) {
   // Rows without padding, the last one at the end of its memory: for the address sanitizer to see.
   const std::vector<std::uint8_t> in{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
   std::vector<std::uint32_t> out(4, 0);
-  ExpandPicture({4, 1, 12, in.data()}, reinterpret_cast<std::uint8_t*>(out.data()), 16);
+  ExpandPicture({4, 1, 12, in.data(), {}}, reinterpret_cast<std::uint8_t*>(out.data()), 16);
   EXPECT_EQ(out, (std::vector<std::uint32_t>{0xFF030201, 0xFF060504, 0xFF090807, 0xFF0C0B0A}));
 }
 
