@@ -72,7 +72,7 @@ std::optional<RayHit> CastInto(const TraceTarget& target, const Vec3& origin,
   if (packet.geometry[0] < 0) return std::nullopt;
   return RayHit{origin + packet.t[0] * direction, packet.t[0],
                 static_cast<std::uint32_t>(packet.geometry[0]),
-                static_cast<std::uint32_t>(packet.primitive[0])};
+                static_cast<std::uint32_t>(packet.primitive[0]), direction};
 }
 
 }  // namespace
@@ -333,6 +333,7 @@ bool RaytraceImpl::PickPixel(int x, int y, RayHit& hit) const {
   hit = {};
   hit.position = camera.position + direction;
   hit.distance = 1;
+  hit.direction = direction;
   return false;
 }
 

@@ -20,6 +20,7 @@ struct RayHit {
   float distance = 0;
   std::uint32_t geometry = 0;
   std::uint32_t primitive = 0;
+  Vec3 direction{0, 0, 0};  // of the ray, as it was given
 };
 
 // The picture as shown: blue, green, red bytes, bottom row first, rows `pitch` bytes apart.
@@ -158,8 +159,8 @@ class RaytraceImpl {
   ViewBounds Bounds() const;
 
   // The primary ray through pixel (x, y) of the base picture, row 0 at the bottom. On a hit gives
-  // it; on a miss gives the point one unit along the ray in `position` and false. Waits while the
-  // scene is being committed.
+  // it, with the direction of the ray in unit length; on a miss gives the point one unit along the
+  // ray in `position` and false. Waits while the scene is being committed.
   bool PickPixel(int x, int y, RayHit& hit) const;
   // The nearest hit of one ray of unlimited range; `direction` need not be of unit length, and
   // `distance` is in multiples of it. Waits while the scene is being committed.
