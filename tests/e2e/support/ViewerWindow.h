@@ -20,6 +20,15 @@ struct Screenshot {
   const Colour& At(int x, int y) const { return pixels[static_cast<std::size_t>(y) * width + x]; }
 };
 
+enum class Button { kLeft = 1, kMiddle = 2, kRight = 3 };
+
+// Keys: digits and capital letters stand for themselves.
+using Key = char;
+constexpr Key kSpace = ' ';
+constexpr Key kEnter = '\n';
+constexpr Key kShift = '^';
+constexpr Key kControl = '~';
+
 struct Area {
   int left = 0, top = 0, width = 0, height = 0;
 };
@@ -39,6 +48,16 @@ class ViewerWindow {
   void Close();
   // Presses and lets go the left button at a point of the window.
   void Click(int x, int y);
+  // The parts of such things; points are those of the window and may lie outside of it. A key goes
+  // to whoever has the focus.
+  void MovePointer(int x, int y);
+  void Press(Button button);
+  void Release(Button button);
+  void TurnWheel(int notches);  // away from the person
+  void KeyDown(Key key);
+  void KeyUp(Key key);
+  // As when another program comes to the front.
+  void LoseFocus();
 
  private:
   struct Native;

@@ -3,7 +3,9 @@
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <thread>
@@ -54,6 +56,24 @@ bool IsViewer(::Display* display, ::Window window) {
 
 int Channel(unsigned long pixel, unsigned long mask) {
   return static_cast<int>((pixel & mask) * 255 / mask);
+}
+
+// Buttons of the pointer that turn the wheel.
+constexpr unsigned kWheelUp = 4;
+constexpr unsigned kWheelDown = 5;
+
+void FakeButton(::Display* display, unsigned button, bool down) {
+  XTestFakeButtonEvent(display, button, down ? True : False, 0);
+  XFlush(display);
+}
+
+void FakeKey(::Display* display, Key key, bool down) {
+  KeySym symbol = static_cast<KeySym>(key);
+  if (key == kEnter) symbol = XK_Return;
+  if (key == kShift) symbol = XK_Shift_L;
+  if (key == kControl) symbol = XK_Control_L;
+  XTestFakeKeyEvent(display, XKeysymToKeycode(display, symbol), down ? True : False, 0);
+  XFlush(display);
 }
 
 }  // namespace
@@ -126,13 +146,47 @@ void ViewerWindow::Close() {
 }
 
 void ViewerWindow::Click(int x, int y) {
+  MovePointer(x, y);
+  XTestFakeButtonEvent(native_->display, 1, True, 50);
+  XTestFakeButtonEvent(native_->display, 1, False, 50);
+  XFlush(native_->display);
+}
+
+void ViewerWindow::MovePointer(int x, int y) {
   int rootX = 0, rootY = 0;
   ::Window child = None;
   XTranslateCoordinates(native_->display, native_->window, DefaultRootWindow(native_->display), x,
                         y, &rootX, &rootY, &child);
   XTestFakeMotionEvent(native_->display, -1, rootX, rootY, 0);
-  XTestFakeButtonEvent(native_->display, 1, True, 50);
-  XTestFakeButtonEvent(native_->display, 1, False, 50);
+  XFlush(native_->display);
+}
+
+void ViewerWindow::Press(Button button) {
+  FakeButton(native_->display, static_cast<unsigned>(button), true);
+}
+
+void ViewerWindow::Release(Button button) {
+  FakeButton(native_->display, static_cast<unsigned>(button), false);
+}
+
+void ViewerWindow::TurnWheel(int notches) {
+  const unsigned button = notches > 0 ? kWheelUp : kWheelDown;
+  for (int i = 0; i < std::abs(notches); ++i) {
+    FakeButton(native_->display, button, true);
+    FakeButton(native_->display, button, false);
+  }
+}
+
+void ViewerWindow::KeyDown(Key key) {
+  FakeKey(native_->display, key, true);
+}
+
+void ViewerWindow::KeyUp(Key key) {
+  FakeKey(native_->display, key, false);
+}
+
+void ViewerWindow::LoseFocus() {
+  XSetInputFocus(native_->display, DefaultRootWindow(native_->display), RevertToNone, CurrentTime);
   XFlush(native_->display);
 }
 

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstddef>
+#include <cstdlib>
 #include <string_view>
 #include <thread>
 #include <utility>
@@ -56,10 +57,23 @@ std::vector<std::uint32_t> ScreenPixels(const RECT& part, int width, int height)
   return pixels;
 }
 
-void Press(DWORD what) {
+void SendMouse(DWORD what, int data = 0) {
   INPUT input{};
   input.type = INPUT_MOUSE;
   input.mi.dwFlags = what;
+  input.mi.mouseData = static_cast<DWORD>(data);
+  SendInput(1, &input, sizeof(input));
+}
+
+void SendKey(Key key, DWORD flags) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = static_cast<WORD>(key);
+  if (key == kEnter) input.ki.wVk = VK_RETURN;
+  if (key == kShift) input.ki.wVk = VK_SHIFT;
+  if (key == kControl) input.ki.wVk = VK_CONTROL;
+  input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(input.ki.wVk, MAPVK_VK_TO_VSC));
+  input.ki.dwFlags = flags;
   SendInput(1, &input, sizeof(input));
 }
 
@@ -117,13 +131,46 @@ void ViewerWindow::Close() {
 }
 
 void ViewerWindow::Click(int x, int y) {
-  const RECT inside = Inside(native_->window);
   SetForegroundWindow(native_->window);
+  MovePointer(x, y);
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  Press(Button::kLeft);
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  Release(Button::kLeft);
+}
+
+void ViewerWindow::MovePointer(int x, int y) {
+  const RECT inside = Inside(native_->window);
   SetCursorPos(inside.left + x, inside.top + y);
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  Press(MOUSEEVENTF_LEFTDOWN);
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  Press(MOUSEEVENTF_LEFTUP);
+}
+
+void ViewerWindow::Press(Button button) {
+  SendMouse(button == Button::kLeft     ? MOUSEEVENTF_LEFTDOWN
+            : button == Button::kMiddle ? MOUSEEVENTF_MIDDLEDOWN
+                                        : MOUSEEVENTF_RIGHTDOWN);
+}
+
+void ViewerWindow::Release(Button button) {
+  SendMouse(button == Button::kLeft     ? MOUSEEVENTF_LEFTUP
+            : button == Button::kMiddle ? MOUSEEVENTF_MIDDLEUP
+                                        : MOUSEEVENTF_RIGHTUP);
+}
+
+void ViewerWindow::TurnWheel(int notches) {
+  const int direction = notches > 0 ? WHEEL_DELTA : -WHEEL_DELTA;
+  for (int i = 0; i < std::abs(notches); ++i) SendMouse(MOUSEEVENTF_WHEEL, direction);
+}
+
+void ViewerWindow::KeyDown(Key key) {
+  SendKey(key, 0);
+}
+
+void ViewerWindow::KeyUp(Key key) {
+  SendKey(key, KEYEVENTF_KEYUP);
+}
+
+void ViewerWindow::LoseFocus() {
+  SetForegroundWindow(GetDesktopWindow());
 }
 
 }  // namespace qv::e2e
