@@ -58,16 +58,20 @@ void HeldInput::ForgetKeys() {
   DropKeys(held_);
 }
 
+NavigationInput HeldInput::Kept(bool captured) const {
+  NavigationInput kept = held_;
+  if (!captured) kept.left = kept.middle = kept.right = false;
+  return kept;
+}
+
 NavigationInput HeldInput::Now(bool active, bool captured) const {
-  NavigationInput now = held_;
+  NavigationInput now = Kept(captured);
   AskForKeys(now);
-  if (!active) {
-    const bool shift = now.shift, control = now.control;
-    DropKeys(now);
-    now.shift = shift;
-    now.control = control;
-  }
-  if (!captured) now.left = now.middle = now.right = false;
+  if (active) return now;
+  const bool shift = now.shift, control = now.control;
+  DropKeys(now);
+  now.shift = shift;
+  now.control = control;
   return now;
 }
 

@@ -18,7 +18,10 @@ class HeldInput {
   void ForgetKeys();
   void ForgetButtons() { held_.left = held_.middle = held_.right = false; }
 
-  // `active`: the frame is the active window; `captured`: the view holds the mouse.
+  // `captured`: the view holds the mouse; without it no button counts.
+  NavigationInput Kept(bool captured) const;
+  // The same, with the keys as the system knows them where it tells, and none of those that move
+  // unless the frame is the active window.
   NavigationInput Now(bool active, bool captured) const;
 
  private:

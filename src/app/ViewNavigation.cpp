@@ -51,20 +51,23 @@ NavigationInput ViewNavigation::Held() const {
   return held_.Now(frame_.IsActive(), view_.HasCapture());
 }
 
+NavigationInput ViewNavigation::Kept() const {
+  return held_.Kept(view_.HasCapture());
+}
+
 void ViewNavigation::OnKeyDown(wxKeyEvent& event) {
   // What goes with Alt belongs to the menus.
   if (event.AltDown() || !held_.KeyDown(event)) {
     event.Skip();
     return;
   }
-  if (site_.NavigableRenderer()) navigator_.KeyPressed(Held(), platform::NowSeconds());
+  if (site_.NavigableRenderer()) navigator_.KeyPressed(Kept(), platform::NowSeconds());
 }
 
 void ViewNavigation::OnKeyUp(wxKeyEvent& event) {
-  const HeldInput before = held_;
+  const NavigationInput before = Kept();
   if (!held_.KeyUp(event)) event.Skip();
-  navigator_.Released(before.Now(frame_.IsActive(), view_.HasCapture()), Held(),
-                      platform::NowSeconds());
+  navigator_.Released(before, Held(), platform::NowSeconds());
 }
 
 void ViewNavigation::OnFocusLost(wxFocusEvent& event) {
@@ -88,7 +91,7 @@ void ViewNavigation::OnButtonDown(wxMouseEvent& event) {
 }
 
 void ViewNavigation::OnMouseChanged(wxMouseEvent& event) {
-  NavigationInput before = Held();
+  NavigationInput before = Kept();
   held_.Mouse(event);
   const NavigationInput after = Held();
   // The motion up to where a button was let go still belongs to it.

@@ -30,7 +30,8 @@ class ViewNavigation : public wxEvtHandler, private NavigationActions {
 
  private:
   void BindView();
-  NavigationInput Held() const;
+  NavigationInput Held() const;  // now
+  NavigationInput Kept() const;  // as far as events have told
   void OnKeyDown(wxKeyEvent& event);
   void OnKeyUp(wxKeyEvent& event);
   void OnFocusLost(wxFocusEvent& event);
