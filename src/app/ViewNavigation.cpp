@@ -11,6 +11,8 @@ namespace {
 // As often as the window's events allow: the next tick is asked for when one is done, so that
 // pictures and other events come between however long it took.
 constexpr int kTickMilliseconds = 1;
+// While something is held that moves nothing.
+constexpr int kRestMilliseconds = 10;
 
 const wxEventTypeTag<wxMouseEvent> kButtonDown[] = {wxEVT_LEFT_DOWN,     wxEVT_MIDDLE_DOWN,
                                                     wxEVT_RIGHT_DOWN,    wxEVT_LEFT_DCLICK,
@@ -125,8 +127,9 @@ void ViewNavigation::OnWheel(wxMouseEvent& event) {
 
 void ViewNavigation::OnTick() {
   if (!ticking_) return;
+  moved_ = false;
   if (site_.NavigableRenderer()) navigator_.Tick(Held(), platform::NowSeconds());
-  if (ticking_) timer_.StartOnce(kTickMilliseconds);
+  if (ticking_) timer_.StartOnce(moved_ ? kTickMilliseconds : kRestMilliseconds);
 }
 
 void ViewNavigation::ReleaseMouse() {
@@ -171,6 +174,7 @@ void ViewNavigation::SetTicking(bool on) {
 }
 
 void ViewNavigation::ShowMoving(const RenderCamera& camera) {
+  moved_ = true;
   if (RaytraceImpl* renderer = site_.NavigableRenderer()) {
     renderer->StartRender(camera.position, camera.forward, camera.up, camera.fieldOfView,
                           camera.target, ModeMotion, true);
@@ -185,6 +189,7 @@ void ViewNavigation::ShowStill(const RenderCamera& camera) {
 }
 
 void ViewNavigation::AddDays(double days) {
+  moved_ = true;
   RaytraceImpl* renderer = site_.NavigableRenderer();
   if (!renderer) return;
   const double julianDate = renderer->JulianDate() + days;

@@ -62,6 +62,7 @@ class ViewNavigation : public wxEvtHandler, private NavigationActions {
   HeldInput held_;
   wxTimer timer_;
   bool ticking_ = false;
+  bool moved_ = false;  // in the tick in hand
   wxStockCursor cursor_ = wxCURSOR_ARROW;
 };
 
