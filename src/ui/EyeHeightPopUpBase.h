@@ -8,8 +8,7 @@ namespace qv {
 
 // Lays out the small window for the eye height: an edit field, and a button each for more and less
 // beside it.
-class _EyeHeightPopUp
-    : public wxDialog {  // NOLINT(bugprone-reserved-identifier): layout layers carry an underscore
+class _EyeHeightPopUp : public wxDialog {
  public:
   explicit _EyeHeightPopUp(wxWindow* parent);
 
