@@ -47,9 +47,16 @@ class ViewerTest : public ::testing::Test {
 
   // Clicks a tool while the picture is of strong colours all over.
   void ClickTool(Tool tool) {
-    const Screenshot shot = window_->Shoot();
-    const std::vector<Point> tools = FindTools(shot, FindPicture(shot));
-    ASSERT_EQ(tools.size(), static_cast<std::size_t>(Tool::kCount));
+    // Away from the tools, which look different under the pointer.
+    Screenshot shot = window_->Shoot();
+    window_->MovePointer(shot.width / 2, shot.height / 2);
+    std::vector<Point> tools;
+    ASSERT_TRUE(Eventually([&] {
+      shot = window_->Shoot();
+      tools = FindTools(shot, FindPicture(shot));
+      return tools.size() == static_cast<std::size_t>(Tool::kCount);
+    })) << tools.size()
+        << " tools";
     const Point& middle = tools[static_cast<std::size_t>(tool)];
     window_->Click(middle.x, middle.y);
   }
