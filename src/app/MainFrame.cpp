@@ -58,6 +58,12 @@ MainFrame::MainFrame(wxWindow* parent, std::uint32_t hostWindow, std::uint32_t p
   Bind(EVT_GUI_WORK, [this](wxThreadEvent&) { gui_.RunPending(); });
   SetIcons(LoadIcons("images/Quorvane.ico"));
   isResizing_ = false;
+  NavigationSite& site = *this;
+  navigation_ = std::make_unique<ViewNavigation>(*this, *view_, site);
+  eyeHeightPopUp_ = new EyeHeightPopUp(
+      this, {[this] { return eyeHeight_.load(); }, [this] { return navigation_->Bounds(); },
+             [this](float height) { SetEyeHeight(height); }});
+  FollowNavigationMode();
   for (const int tool : {kIdCameraLink, kIdSynchronizeCamera, kIdBackground, kIdReloadData}) {
     Bind(
         wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Enable(interactive_); }, tool);
@@ -184,8 +190,14 @@ void MainFrame::EnableContents(bool enable) {
 
 void MainFrame::SetInteractive(bool interactive) {
   interactive_ = interactive;
+  if (!interactive) {
+    navigation_->Stop();
+    eyeHeightPopUp_->Hide();
+  }
   EnableContents(interactive);
   UpdateWindowUI(wxUPDATE_UI_RECURSE);
+  // So that keys move the camera at once.
+  if (interactive) view_->SetFocus();
 }
 
 void MainFrame::ShowFirst() {
@@ -224,6 +236,8 @@ void MainFrame::Shutdown() {
   if (std::exchange(closing_, true)) return;
   // From here on nobody waits for the GUI thread any more, and a command in flight finds no
   // renderer.
+  navigation_->Stop();
+  eyeHeightPopUp_->Hide();
   Show(false);
   gui_.Close();
   DestroyRenderer();

@@ -10,9 +10,12 @@
 #include <string>
 
 #include "FrameWindow.h"
+#include "app/EyeHeightPopUp.h"
 #include "app/GuiExecutor.h"
+#include "app/NavigationSite.h"
 #include "app/PicturePainter.h"
 #include "app/SharedSlot.h"
+#include "app/ViewNavigation.h"
 #include "link/IQuorvane.h"
 #include "link/IpcInterfaceApp.h"
 #include "render/RaytraceImpl.h"
@@ -25,7 +28,7 @@ namespace qv {
 // Windows are touched on the GUI thread only. Commands arrive on the link's listener thread and
 // finished pictures on the render thread; both hand what concerns windows to the executor. The
 // frame comes up disabled, and is enabled when a scene is complete.
-class MainFrame : public FrameWindow, public IQuorvane {
+class MainFrame : public FrameWindow, public IQuorvane, private NavigationSite {
  public:
   // The host's message window and process id, as on the command line.
   MainFrame(wxWindow* parent, std::uint32_t hostWindow, std::uint32_t processId);
@@ -72,6 +75,19 @@ class MainFrame : public FrameWindow, public IQuorvane {
   void OnClose(wxCloseEvent& event) override;
   void OnViewErase(wxEraseEvent& event) override;
   void OnViewPaint(wxPaintEvent& event) override;
+  // What moves the camera; MainFrameNavigation.cpp.
+  RaytraceImpl* NavigableRenderer() const override;
+  IpcInterfaceApp* Link() const override { return link_.get(); }
+  wxSize PictureSize() const override { return pictureSize_; }
+  bool FollowsCamera() const override { return cameraLink_; }
+  float EyeHeight() const override { return eyeHeight_; }
+  void RefreshStatusBar() override { PostStatusUpdate(); }
+  void OnFlyMode(wxCommandEvent& event) override;
+  void OnWalkMode(wxCommandEvent& event) override;
+  void OnResetCameraRoll(wxCommandEvent& event) override;
+  void OnStatusBarLeftDown(wxMouseEvent& event) override;
+  void FollowNavigationMode();
+  void SetEyeHeight(float height);
   void OnCameraLink(wxCommandEvent& event) override;
   void OnSynchronizeCamera(wxCommandEvent& event) override;
   void OnBackground(wxCommandEvent& event) override;
@@ -133,7 +149,8 @@ class MainFrame : public FrameWindow, public IQuorvane {
   wxSize pictureSize_{0, 0};            // of the renderer's pictures
   RenderStatistics pictureStatistics_;  // of the picture that the painter shows
   PicturePainter painter_;
-  Vec3 orbitPivot_{0, 0, 0};
+  std::unique_ptr<ViewNavigation> navigation_;
+  EyeHeightPopUp* eyeHeightPopUp_ = nullptr;  // a window of the frame's
 
   std::atomic<bool> cameraLink_{false};
   std::atomic<bool> sceneShown_{false};

@@ -208,7 +208,7 @@ void MainFrame::SynchronizeCamera() {
   const auto camera = link_->GetCamera();
   RaytraceImpl* renderer = renderer_.get();
   if (!camera || !renderer || receiving_) return;
-  orbitPivot_ = camera->target;
+  navigation_->SetOrbitPivot(camera->target);
   renderer->StartRender(camera->position, camera->forward, camera->up, camera->fieldOfView,
                         Vec3::Zero(), ModeStill, true);
 }

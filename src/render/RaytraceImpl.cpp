@@ -76,7 +76,8 @@ std::optional<RayHit> CastInto(const TraceTarget& target, const Vec3& origin,
                 static_cast<std::uint32_t>(packet.geometry[0]),
                 static_cast<std::uint32_t>(packet.primitive[0]),
                 packet.hitU[0],
-                packet.hitV[0]};
+                packet.hitV[0],
+                direction};
 }
 
 }  // namespace
@@ -374,6 +375,7 @@ bool RaytraceImpl::PickPixel(int x, int y, RayHit& hit) const {
   hit = {};
   hit.position = camera.position + direction;
   hit.distance = 1;
+  hit.direction = direction;
   return false;
 }
 

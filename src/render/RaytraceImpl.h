@@ -30,6 +30,7 @@ struct RayHit {
   // Barycentric coordinates: 1 - u - v, u and v weigh the triangle's three corners.
   float u = 0;
   float v = 0;
+  Vec3 direction{0, 0, 0};  // of the ray, as it was given
 };
 
 // The picture as shown: blue, green, red bytes, bottom row first, rows `pitch` bytes apart.
@@ -179,8 +180,8 @@ class RaytraceImpl {
   ViewBounds Bounds() const;
 
   // The primary ray through pixel (x, y) of the base picture, row 0 at the bottom. On a hit gives
-  // it; on a miss gives the point one unit along the ray in `position` and false. Waits while the
-  // scene is being committed.
+  // it, with the direction of the ray in unit length; on a miss gives the point one unit along the
+  // ray in `position` and false. Waits while the scene is being committed.
   bool PickPixel(int x, int y, RayHit& hit) const;
   // The nearest hit of one ray of unlimited range; `direction` need not be of unit length, and
   // `distance` is in multiples of it. Waits while the scene is being committed.

@@ -5,6 +5,9 @@ namespace qv {
 // Identifiers of menu entries, tools and controls. They are fixed, so that scripts which drive the
 // windows keep working.
 enum CommandId : int {
+  kIdFlyMode = 1000,
+  kIdWalkMode = 1001,
+  kIdResetCameraRoll = 1002,
   kIdCameraLink = 1007,
   kIdSynchronizeCamera = 1008,
   kIdBackground = 1012,

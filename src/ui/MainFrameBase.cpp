@@ -1,5 +1,6 @@
 #include "ui/MainFrameBase.h"
 
+#include <wx/menu.h>
 #include <wx/sizer.h>
 
 #include "ui/CommandIds.h"
@@ -18,6 +19,7 @@ const wxColour kViewBackground(58, 60, 63);
 _MainFrame::_MainFrame(wxWindow* parent)
     : wxFrame(parent, wxID_ANY, "Quorvane", wxDefaultPosition, wxDefaultSize,
               wxDEFAULT_FRAME_STYLE | wxTAB_TRAVERSAL) {
+  AddMenus();
   toolBar_ = CreateToolBar(wxTB_HORIZONTAL | wxTB_FLAT);
   AddTools();
   statusBar_ = new StatusBar(this);
@@ -35,7 +37,22 @@ _MainFrame::_MainFrame(wxWindow* parent)
   BindEvents();
 }
 
+void _MainFrame::AddMenus() {
+  auto* view = new wxMenu;
+  view->AppendRadioItem(kIdFlyMode, _("Fly Mode"));
+  view->AppendRadioItem(kIdWalkMode, _("Walk Mode"));
+  view->AppendSeparator();
+  view->Append(kIdResetCameraRoll, _("Reset Camera Roll"));
+  auto* menuBar = new wxMenuBar;
+  menuBar->Append(view, _("View"));
+  SetMenuBar(menuBar);
+}
+
 void _MainFrame::AddTools() {
+  toolBar_->AddTool(kIdFlyMode, _("Fly Mode"), LoadToolImage("FlyMode", kToolImageSize),
+                    wxBitmapBundle(), wxITEM_RADIO, _("Fly Mode"));
+  toolBar_->AddTool(kIdWalkMode, _("Walk Mode"), LoadToolImage("WalkMode", kToolImageSize),
+                    wxBitmapBundle(), wxITEM_RADIO, _("Walk Mode"));
   toolBar_->AddTool(kIdCameraLink, _("Link camera to SketchUp"),
                     LoadToolImage("CameraLink", kToolImageSize), wxBitmapBundle(), wxITEM_CHECK,
                     wxString(), _("Always synchronize camera to SketchUp"));
@@ -53,6 +70,11 @@ void _MainFrame::BindEvents() {
   Bind(wxEVT_CLOSE_WINDOW, &_MainFrame::OnClose, this);
   view_->Bind(wxEVT_ERASE_BACKGROUND, &_MainFrame::OnViewErase, this);
   view_->Bind(wxEVT_PAINT, &_MainFrame::OnViewPaint, this);
+  statusBar_->Bind(wxEVT_LEFT_DOWN, &_MainFrame::OnStatusBarLeftDown, this);
+  // Menu entries and tools of the same number.
+  Bind(wxEVT_MENU, &_MainFrame::OnFlyMode, this, kIdFlyMode);
+  Bind(wxEVT_MENU, &_MainFrame::OnWalkMode, this, kIdWalkMode);
+  Bind(wxEVT_MENU, &_MainFrame::OnResetCameraRoll, this, kIdResetCameraRoll);
   Bind(wxEVT_TOOL, &_MainFrame::OnCameraLink, this, kIdCameraLink);
   Bind(wxEVT_TOOL, &_MainFrame::OnSynchronizeCamera, this, kIdSynchronizeCamera);
   Bind(wxEVT_TOOL, &_MainFrame::OnBackground, this, kIdBackground);

@@ -41,12 +41,6 @@ class Picture : public ViewerTest {
     return std::to_string(area_.width) + 'x' + std::to_string(area_.height) + ',';
   }
 
-  void ClickTool(std::size_t index) {
-    const std::vector<Point> tools = FindTools(shot_, area_);
-    ASSERT_EQ(tools.size(), 4u);
-    window_->Click(tools[index].x, tools[index].y);
-  }
-
   Screenshot shot_;
   Area area_;
 };
@@ -90,7 +84,7 @@ TEST_F(Picture, IsTheSameAfterReload) {
   ASSERT_NO_FATAL_FAILURE(ShowQuarters());
   const Screenshot before = shot_;
   const std::size_t known = FinalPictures();
-  ASSERT_NO_FATAL_FAILURE(ClickTool(3));
+  ASSERT_NO_FATAL_FAILURE(ClickTool(Tool::kReloadData));
   ASSERT_TRUE(Eventually([&] { return host_->resends == 1; }));
   ASSERT_TRUE(SendQuarters(host_->link()));
   ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
@@ -125,7 +119,7 @@ TEST_F(Picture, TakesTheCameraOfTheHostOnRequest) {
   host_->camera = QuarterCamera();
   host_->camera.position = {-100, 0, 100};  // before the middle of the red quarter
   const std::size_t known = FinalPictures();
-  ASSERT_NO_FATAL_FAILURE(ClickTool(1));
+  ASSERT_NO_FATAL_FAILURE(ClickTool(Tool::kSynchronizeCamera));
   ASSERT_TRUE(AwaitFinalPicture(known));
   EXPECT_TRUE(SettlesTo({"red", "red", "red", "red"}));
 }
@@ -133,7 +127,7 @@ TEST_F(Picture, TakesTheCameraOfTheHostOnRequest) {
 TEST_F(Picture, LinkToTheCameraIsToldAndKept) {
   ASSERT_NO_FATAL_FAILURE(ShowQuarters());
   EXPECT_EQ(host_->link().IsCameraLinked(), false);
-  ASSERT_NO_FATAL_FAILURE(ClickTool(0));
+  ASSERT_NO_FATAL_FAILURE(ClickTool(Tool::kCameraLink));
   EXPECT_TRUE(Eventually([&] { return host_->link().IsCameraLinked() == true; }));
   window_->Close();
   ASSERT_EQ(host_->link().WaitForViewer(kSoon), 0);

@@ -44,16 +44,20 @@ Area FindPicture(const Screenshot& shot) {
 std::vector<Point> FindTools(const Screenshot& shot, const Area& picture) {
   constexpr int kStandsOut = 60;
   constexpr int kGap = 6;
-  const Colour ground = shot.At(shot.width - 4, picture.top / 2);
+  // Rows through the pictures of the tools, clear of a menu bar above them.
+  constexpr int kMiddleAbovePicture = 20;
+  constexpr int kReach = 8;
+  const int middle = std::max(picture.top - kMiddleAbovePicture, kReach);
+  const Colour ground = shot.At(shot.width - 4, middle);
   std::vector<Point> tools;
   int first = -1, last = -1;
   const auto finish = [&] {
-    if (first >= 0) tools.push_back({(first + last) / 2, picture.top / 2});
+    if (first >= 0) tools.push_back({(first + last) / 2, middle});
     first = -1;
   };
   for (int x = 4; x < shot.width - 4; ++x) {
     bool stands = false;
-    for (int y = 4; y < picture.top - 4; ++y) {
+    for (int y = middle - kReach; y <= middle + kReach; ++y) {
       stands = stands || Difference(shot.At(x, y), ground) > kStandsOut;
     }
     if (stands) {

@@ -11,6 +11,9 @@ namespace qv::e2e {
 // of strong colours.
 Area FindPicture(const Screenshot& shot);
 
+// The tools, from left to right.
+enum class Tool { kFlyMode, kWalkMode, kCameraLink, kSynchronizeCamera, kReloadData, kCount };
+
 // The middles, from left to right, of what stands out from the ground of the tool bar above
 // `picture`.
 struct Point {

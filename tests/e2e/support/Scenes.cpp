@@ -20,13 +20,25 @@ MeshVertex VertexAt(float x, float y, float z, const Vec3& normal) {
   return {{x, y, z}, {normal.x(), normal.y(), normal.z()}, {0, 0}, {0, 0}};
 }
 
-// A rectangle in the plane y = 100 that faces the camera.
+// An upright rectangle that faces the camera.
 bool SendPane(host::HostLink& link, float left, float bottom, float right, float top,
-              std::int32_t material) {
+              std::int32_t material, float y = 100) {
   const Vec3 normal(0, -1, 0);
+  const MeshVertex vertices[] = {VertexAt(left, y, bottom, normal),
+                                 VertexAt(right, y, bottom, normal),
+                                 VertexAt(right, y, top, normal), VertexAt(left, y, top, normal)};
+  const MeshTriangle triangles[] = {{{0, 1, 2}, MaterialWord(material)},
+                                    {{0, 2, 3}, MaterialWord(material)}};
+  return link.BeginStaticMesh() && link.AddMeshData(vertices, triangles) && link.EndMesh();
+}
+
+// A level rectangle that is seen from above.
+bool SendFloor(host::HostLink& link, float z, float fromY, float toY, std::int32_t material) {
+  constexpr float kReach = 2000;
+  const Vec3 normal(0, 0, 1);
   const MeshVertex vertices[] = {
-      VertexAt(left, 100, bottom, normal), VertexAt(right, 100, bottom, normal),
-      VertexAt(right, 100, top, normal), VertexAt(left, 100, top, normal)};
+      VertexAt(-kReach, fromY, z, normal), VertexAt(kReach, fromY, z, normal),
+      VertexAt(kReach, toY, z, normal), VertexAt(-kReach, toY, z, normal)};
   const MeshTriangle triangles[] = {{{0, 1, 2}, MaterialWord(material)},
                                     {{0, 2, 3}, MaterialWord(material)}};
   return link.BeginStaticMesh() && link.AddMeshData(vertices, triangles) && link.EndMesh();
@@ -55,6 +67,25 @@ RenderCamera QuarterCamera() {
   camera.up = {0, 0, 1};
   camera.fieldOfView = 0.8f;
   camera.target = {0, 100, 0};
+  return camera;
+}
+
+bool SendYard(host::HostLink& link) {
+  constexpr float kReach = 2000;
+  const auto red = link.AddMaterial(Paint({0.9f, 0.05f, 0.05f}));
+  const auto green = link.AddMaterial(Paint({0.05f, 0.9f, 0.05f}));
+  const auto blue = link.AddMaterial(Paint({0.05f, 0.05f, 0.9f}));
+  LocationAndTime noon{0, 48, 9, 2024, 6, 21, 12, 0, 0, 1};
+  return red && green && blue && link.SetLocationAndTime(noon) &&
+         SendPane(link, -kReach, -kReach, kReach, kReach, *red, kWall) &&
+         SendFloor(link, 0, kLedge, kWall, *green) &&
+         SendFloor(link, kLowGround, -kReach, kWall, *blue) && link.SceneComplete();
+}
+
+RenderCamera YardCamera(float y) {
+  RenderCamera camera = QuarterCamera();
+  camera.position = {0, y, 70};
+  camera.target = {0, kWall, 70};
   return camera;
 }
 

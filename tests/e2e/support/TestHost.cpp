@@ -1,5 +1,6 @@
 #include "e2e/support/TestHost.h"
 
+#include <cstring>
 #include <utility>
 
 namespace qv::e2e {
@@ -16,6 +17,36 @@ std::unique_ptr<TestHost> TestHost::Start(const std::string& viewer, ViewerLog& 
 
 TestHost::~TestHost() {
   if (link_ && link_->ViewerRunning()) link_->KillViewer();
+}
+
+void TestHost::CameraChanged(const Vec3& eye, const Vec3& direction, const Vec3& up,
+                             float fieldOfView) {
+  const std::lock_guard lock(mutex_);
+  cameras_.push_back({eye, direction, up, fieldOfView, Vec3::Zero()});
+}
+
+void TestHost::DateTimeChanged(int year, int month, int day, int hour, int minute, int second) {
+  const std::lock_guard lock(mutex_);
+  dates_.push_back({year, month, day, hour, minute, second});
+}
+
+std::vector<RenderCamera> TestHost::Cameras() {
+  const std::lock_guard lock(mutex_);
+  return cameras_;
+}
+
+std::vector<TestHost::DateTime> TestHost::Dates() {
+  const std::lock_guard lock(mutex_);
+  return dates_;
+}
+
+std::optional<float> TestHost::FloatProperty(const std::string& name) {
+  const std::lock_guard lock(mutex_);
+  const auto found = properties.find(name);
+  if (found == properties.end() || found->second.size() < sizeof(float)) return std::nullopt;
+  float value = 0;
+  std::memcpy(&value, found->second.data(), sizeof(value));
+  return value;
 }
 
 void TestHost::SetProperty(const std::string& name, std::vector<std::byte> value) {

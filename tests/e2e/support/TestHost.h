@@ -32,6 +32,15 @@ class TestHost : public host::HostSide {
   RenderCamera camera;
   LocationAndTime location;
 
+  // What the viewer has told, oldest first.
+  std::vector<RenderCamera> Cameras();
+  struct DateTime {
+    int year, month, day, hour, minute, second;
+  };
+  std::vector<DateTime> Dates();
+  // The value of a property that is one float.
+  std::optional<float> FloatProperty(const std::string& name);
+
   std::atomic<int> resends{0};
   std::atomic<int> closes{0};
 
@@ -40,15 +49,18 @@ class TestHost : public host::HostSide {
 
   void ResendScene() override { ++resends; }
   void ViewerClosed() override { ++closes; }
-  void CameraChanged(const Vec3&, const Vec3&, const Vec3&, float) override {}
-  void DateTimeChanged(int, int, int, int, int, int) override {}
+  void CameraChanged(const Vec3& eye, const Vec3& direction, const Vec3& up,
+                     float fieldOfView) override;
+  void DateTimeChanged(int year, int month, int day, int hour, int minute, int second) override;
   RenderCamera Camera() override { return camera; }
   LocationAndTime Location() override { return location; }
   std::vector<HostPage> Pages() override { return {}; }
   void SetProperty(const std::string& name, std::vector<std::byte> value) override;
   std::optional<std::vector<std::byte>> Property(const std::string& name) override;
 
-  std::mutex mutex_;  // properties
+  std::mutex mutex_;  // properties, cameras_, dates_
+  std::vector<RenderCamera> cameras_;
+  std::vector<DateTime> dates_;
   std::unique_ptr<host::HostLink> link_;
 };
 

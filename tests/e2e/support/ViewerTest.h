@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "e2e/support/Display.h"
+#include "e2e/support/Looks.h"
 #include "e2e/support/Scenes.h"
 #include "e2e/support/TestHost.h"
 #include "e2e/support/ViewerLog.h"
@@ -43,6 +44,22 @@ class ViewerTest : public ::testing::Test {
     return log_.WaitFor("picture shown: antialiased", known, kPatience);
   }
   std::size_t FinalPictures() const { return log_.Lines("picture shown: antialiased").size(); }
+
+  // Clicks a tool while the picture is of strong colours all over.
+  void ClickTool(Tool tool) {
+    // Away from the tools, which look different under the pointer.
+    Screenshot shot = window_->Shoot();
+    window_->MovePointer(shot.width / 2, shot.height / 2);
+    std::vector<Point> tools;
+    ASSERT_TRUE(Eventually([&] {
+      shot = window_->Shoot();
+      tools = FindTools(shot, FindPicture(shot));
+      return tools.size() == static_cast<std::size_t>(Tool::kCount);
+    })) << tools.size()
+        << " tools";
+    const Point& middle = tools[static_cast<std::size_t>(tool)];
+    window_->Click(middle.x, middle.y);
+  }
 
   template <class Condition>
   static bool Eventually(Condition&& holds, std::chrono::milliseconds timeout = kPatience) {

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace qv::e2e {
@@ -21,22 +20,26 @@ struct Screenshot {
   const Colour& At(int x, int y) const { return pixels[static_cast<std::size_t>(y) * width + x]; }
 };
 
+enum class Button { kLeft = 1, kMiddle = 2, kRight = 3 };
+
+// Keys: digits and capital letters stand for themselves.
+using Key = char;
+constexpr Key kSpace = ' ';
+constexpr Key kEnter = '\n';
+constexpr Key kShift = '^';
+constexpr Key kControl = '~';
+
 struct Area {
   int left = 0, top = 0, width = 0, height = 0;
 };
 
-enum class Key { kRight, kEnter };
-
-// The viewer's main window, or a dialog of it, as the system knows it.
+// The viewer's main window as the system knows it.
 class ViewerWindow {
  public:
-  // Waits until a window of that title is on the screen; null if it is not in time.
-  static std::unique_ptr<ViewerWindow> Find(std::chrono::milliseconds timeout,
-                                            const std::string& title = "Quorvane");
+  // Waits until the window of that title is on the screen; null if it is not in time.
+  static std::unique_ptr<ViewerWindow> Find(std::chrono::milliseconds timeout);
   // Whether a window of the viewer is on the screen now.
   static bool Exists();
-  // Closes the message boxes of a process. There are none where messages go to standard error.
-  static void DismissMessages(std::uint32_t process);
   ~ViewerWindow();
 
   Screenshot Shoot() const;
@@ -45,10 +48,16 @@ class ViewerWindow {
   void Close();
   // Presses and lets go the left button at a point of the window.
   void Click(int x, int y);
-  // Whether keys go to this window.
-  bool IsActive() const;
-  // Presses a key and lets it go, in whichever window is active.
-  void Press(Key key);
+  // The parts of such things; points are those of the window and may lie outside of it. A key goes
+  // to whoever has the focus.
+  void MovePointer(int x, int y);
+  void Press(Button button);
+  void Release(Button button);
+  void TurnWheel(int notches);  // away from the person
+  void KeyDown(Key key);
+  void KeyUp(Key key);
+  // As when another program comes to the front.
+  void LoseFocus();
 
  private:
   struct Native;

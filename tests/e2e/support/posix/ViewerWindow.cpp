@@ -5,6 +5,8 @@
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <string>
 #include <thread>
 #include <utility>
@@ -12,13 +14,14 @@
 namespace qv::e2e {
 namespace {
 
+constexpr const char* kTitle = "Quorvane";
+
 int IgnoreError(::Display*, XErrorEvent*) {
   return 0;
 }
 
-// What a property of the root window lists.
-std::vector<::Window> RootWindows(::Display* display, const char* property) {
-  const Atom list = XInternAtom(display, property, False);
+std::vector<::Window> ManagedWindows(::Display* display) {
+  const Atom list = XInternAtom(display, "_NET_CLIENT_LIST", False);
   Atom type = None;
   int format = 0;
   unsigned long count = 0, rest = 0;
@@ -34,25 +37,43 @@ std::vector<::Window> RootWindows(::Display* display, const char* property) {
   return windows;
 }
 
-bool IsViewer(::Display* display, ::Window window, const std::string& title) {
+bool IsViewer(::Display* display, ::Window window) {
   char* name = nullptr;
   XWindowAttributes attributes;
-  const bool matches = XFetchName(display, window, &name) && title == name &&
+  const bool matches = XFetchName(display, window, &name) && std::strcmp(name, kTitle) == 0 &&
                        XGetWindowAttributes(display, window, &attributes) &&
                        attributes.map_state == IsViewable;
   if (name) XFree(name);
   return matches;
 }
 
-::Window Look(::Display* display, const std::string& title) {
-  for (const ::Window window : RootWindows(display, "_NET_CLIENT_LIST")) {
-    if (IsViewer(display, window, title)) return window;
+::Window Look(::Display* display) {
+  for (const ::Window window : ManagedWindows(display)) {
+    if (IsViewer(display, window)) return window;
   }
   return None;
 }
 
 int Channel(unsigned long pixel, unsigned long mask) {
   return static_cast<int>((pixel & mask) * 255 / mask);
+}
+
+// Buttons of the pointer that turn the wheel.
+constexpr unsigned kWheelUp = 4;
+constexpr unsigned kWheelDown = 5;
+
+void FakeButton(::Display* display, unsigned button, bool down) {
+  XTestFakeButtonEvent(display, button, down ? True : False, 0);
+  XFlush(display);
+}
+
+void FakeKey(::Display* display, Key key, bool down) {
+  KeySym symbol = static_cast<KeySym>(key);
+  if (key == kEnter) symbol = XK_Return;
+  if (key == kShift) symbol = XK_Shift_L;
+  if (key == kControl) symbol = XK_Control_L;
+  XTestFakeKeyEvent(display, XKeysymToKeycode(display, symbol), down ? True : False, 0);
+  XFlush(display);
 }
 
 }  // namespace
@@ -70,8 +91,7 @@ ViewerWindow::ViewerWindow(std::unique_ptr<Native> native) : native_(std::move(n
 
 ViewerWindow::~ViewerWindow() = default;
 
-std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout,
-                                                 const std::string& title) {
+std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout) {
   // A window may go at any moment.
   XSetErrorHandler(&IgnoreError);
   auto native = std::make_unique<Native>();
@@ -79,7 +99,7 @@ std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeo
   if (!native->display) return nullptr;
   const auto end = std::chrono::steady_clock::now() + timeout;
   while (true) {
-    native->window = Look(native->display, title);
+    native->window = Look(native->display);
     if (native->window) return std::unique_ptr<ViewerWindow>(new ViewerWindow(std::move(native)));
     if (std::chrono::steady_clock::now() >= end) return nullptr;
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
@@ -89,8 +109,6 @@ std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeo
 bool ViewerWindow::Exists() {
   return Find(std::chrono::milliseconds(0)) != nullptr;
 }
-
-void ViewerWindow::DismissMessages(std::uint32_t) {}
 
 Screenshot ViewerWindow::Shoot() const {
   XWindowAttributes attributes;
@@ -128,26 +146,47 @@ void ViewerWindow::Close() {
 }
 
 void ViewerWindow::Click(int x, int y) {
-  int rootX = 0, rootY = 0;
-  ::Window child = None;
-  XTranslateCoordinates(native_->display, native_->window, DefaultRootWindow(native_->display), x,
-                        y, &rootX, &rootY, &child);
-  XTestFakeMotionEvent(native_->display, -1, rootX, rootY, 0);
+  MovePointer(x, y);
   XTestFakeButtonEvent(native_->display, 1, True, 50);
   XTestFakeButtonEvent(native_->display, 1, False, 50);
   XFlush(native_->display);
 }
 
-bool ViewerWindow::IsActive() const {
-  const std::vector<::Window> active = RootWindows(native_->display, "_NET_ACTIVE_WINDOW");
-  return !active.empty() && active.front() == native_->window;
+void ViewerWindow::MovePointer(int x, int y) {
+  int rootX = 0, rootY = 0;
+  ::Window child = None;
+  XTranslateCoordinates(native_->display, native_->window, DefaultRootWindow(native_->display), x,
+                        y, &rootX, &rootY, &child);
+  XTestFakeMotionEvent(native_->display, -1, rootX, rootY, 0);
+  XFlush(native_->display);
 }
 
-void ViewerWindow::Press(Key key) {
-  const KeyCode code =
-      XKeysymToKeycode(native_->display, key == Key::kRight ? XK_Right : XK_Return);
-  XTestFakeKeyEvent(native_->display, code, True, 50);
-  XTestFakeKeyEvent(native_->display, code, False, 50);
+void ViewerWindow::Press(Button button) {
+  FakeButton(native_->display, static_cast<unsigned>(button), true);
+}
+
+void ViewerWindow::Release(Button button) {
+  FakeButton(native_->display, static_cast<unsigned>(button), false);
+}
+
+void ViewerWindow::TurnWheel(int notches) {
+  const unsigned button = notches > 0 ? kWheelUp : kWheelDown;
+  for (int i = 0; i < std::abs(notches); ++i) {
+    FakeButton(native_->display, button, true);
+    FakeButton(native_->display, button, false);
+  }
+}
+
+void ViewerWindow::KeyDown(Key key) {
+  FakeKey(native_->display, key, true);
+}
+
+void ViewerWindow::KeyUp(Key key) {
+  FakeKey(native_->display, key, false);
+}
+
+void ViewerWindow::LoseFocus() {
+  XSetInputFocus(native_->display, DefaultRootWindow(native_->display), RevertToNone, CurrentTime);
   XFlush(native_->display);
 }
 

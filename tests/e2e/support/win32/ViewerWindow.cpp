@@ -3,36 +3,22 @@
 #include <windows.h>
 
 #include <cstddef>
-#include <string>
+#include <cstdlib>
+#include <string_view>
 #include <thread>
 #include <utility>
 
 namespace qv::e2e {
 namespace {
 
-struct Sought {
-  std::wstring title;
-  HWND window = nullptr;
-};
+constexpr wchar_t kTitle[] = L"Quorvane";
 
 BOOL CALLBACK Look(HWND window, LPARAM context) {
-  auto* sought = reinterpret_cast<Sought*>(context);
   wchar_t title[64];
   const bool matches = IsWindowVisible(window) != 0 && GetWindowTextW(window, title, 64) > 0 &&
-                       title == sought->title;
-  if (matches) sought->window = window;
+                       std::wstring_view(title) == kTitle;
+  if (matches) *reinterpret_cast<HWND*>(context) = window;
   return matches ? FALSE : TRUE;
-}
-
-BOOL CALLBACK CloseMessage(HWND window, LPARAM process) {
-  wchar_t name[16];
-  DWORD owner = 0;
-  GetWindowThreadProcessId(window, &owner);
-  if (owner == static_cast<DWORD>(process) && IsWindowVisible(window) &&
-      GetClassNameW(window, name, 16) > 0 && std::wstring_view(name) == L"#32770") {
-    PostMessageW(window, WM_CLOSE, 0, 0);
-  }
-  return TRUE;
 }
 
 // What is inside the frame's border, on the screen.
@@ -71,16 +57,23 @@ std::vector<std::uint32_t> ScreenPixels(const RECT& part, int width, int height)
   return pixels;
 }
 
-// A tool under the pointer looks different.
-void TakePointerAway(HWND window) {
-  const RECT inside = Inside(window);
-  SetCursorPos((inside.left + inside.right) / 2, (inside.top + inside.bottom) / 2);
-}
-
-void PressButton(DWORD what) {
+void SendMouse(DWORD what, int data = 0) {
   INPUT input{};
   input.type = INPUT_MOUSE;
   input.mi.dwFlags = what;
+  input.mi.mouseData = static_cast<DWORD>(data);
+  SendInput(1, &input, sizeof(input));
+}
+
+void SendKey(Key key, DWORD flags) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = static_cast<WORD>(key);
+  if (key == kEnter) input.ki.wVk = VK_RETURN;
+  if (key == kShift) input.ki.wVk = VK_SHIFT;
+  if (key == kControl) input.ki.wVk = VK_CONTROL;
+  input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(input.ki.wVk, MAPVK_VK_TO_VSC));
+  input.ki.dwFlags = flags;
   SendInput(1, &input, sizeof(input));
 }
 
@@ -94,31 +87,19 @@ ViewerWindow::ViewerWindow(std::unique_ptr<Native> native) : native_(std::move(n
 
 ViewerWindow::~ViewerWindow() = default;
 
-std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout,
-                                                 const std::string& title) {
+std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout) {
   auto native = std::make_unique<Native>();
   const auto end = std::chrono::steady_clock::now() + timeout;
   while (true) {
-    Sought sought{std::wstring(title.begin(), title.end())};
-    EnumWindows(Look, reinterpret_cast<LPARAM>(&sought));
-    native->window = sought.window;
-    if (native->window) {
-      TakePointerAway(native->window);
-      return std::unique_ptr<ViewerWindow>(new ViewerWindow(std::move(native)));
-    }
+    EnumWindows(Look, reinterpret_cast<LPARAM>(&native->window));
+    if (native->window) return std::unique_ptr<ViewerWindow>(new ViewerWindow(std::move(native)));
     if (std::chrono::steady_clock::now() >= end) return nullptr;
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   }
 }
 
 bool ViewerWindow::Exists() {
-  HWND window = nullptr;
-  EnumWindows(Look, reinterpret_cast<LPARAM>(&window));
-  return window != nullptr;
-}
-
-void ViewerWindow::DismissMessages(std::uint32_t process) {
-  EnumWindows(CloseMessage, static_cast<LPARAM>(process));
+  return Find(std::chrono::milliseconds(0)) != nullptr;
 }
 
 Screenshot ViewerWindow::Shoot() const {
@@ -150,29 +131,46 @@ void ViewerWindow::Close() {
 }
 
 void ViewerWindow::Click(int x, int y) {
-  const RECT inside = Inside(native_->window);
   SetForegroundWindow(native_->window);
+  MovePointer(x, y);
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  Press(Button::kLeft);
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  Release(Button::kLeft);
+}
+
+void ViewerWindow::MovePointer(int x, int y) {
+  const RECT inside = Inside(native_->window);
   SetCursorPos(inside.left + x, inside.top + y);
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  PressButton(MOUSEEVENTF_LEFTDOWN);
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  PressButton(MOUSEEVENTF_LEFTUP);
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  TakePointerAway(native_->window);
 }
 
-bool ViewerWindow::IsActive() const {
-  return GetForegroundWindow() == native_->window;
+void ViewerWindow::Press(Button button) {
+  SendMouse(button == Button::kLeft     ? MOUSEEVENTF_LEFTDOWN
+            : button == Button::kMiddle ? MOUSEEVENTF_MIDDLEDOWN
+                                        : MOUSEEVENTF_RIGHTDOWN);
 }
 
-void ViewerWindow::Press(Key key) {
-  INPUT input{};
-  input.type = INPUT_KEYBOARD;
-  input.ki.wVk = key == Key::kRight ? VK_RIGHT : VK_RETURN;
-  SendInput(1, &input, sizeof(input));
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  input.ki.dwFlags = KEYEVENTF_KEYUP;
-  SendInput(1, &input, sizeof(input));
+void ViewerWindow::Release(Button button) {
+  SendMouse(button == Button::kLeft     ? MOUSEEVENTF_LEFTUP
+            : button == Button::kMiddle ? MOUSEEVENTF_MIDDLEUP
+                                        : MOUSEEVENTF_RIGHTUP);
+}
+
+void ViewerWindow::TurnWheel(int notches) {
+  const int direction = notches > 0 ? WHEEL_DELTA : -WHEEL_DELTA;
+  for (int i = 0; i < std::abs(notches); ++i) SendMouse(MOUSEEVENTF_WHEEL, direction);
+}
+
+void ViewerWindow::KeyDown(Key key) {
+  SendKey(key, 0);
+}
+
+void ViewerWindow::KeyUp(Key key) {
+  SendKey(key, KEYEVENTF_KEYUP);
+}
+
+void ViewerWindow::LoseFocus() {
+  SetForegroundWindow(GetDesktopWindow());
 }
 
 }  // namespace qv::e2e
