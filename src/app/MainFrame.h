@@ -6,7 +6,9 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "FrameWindow.h"
 #include "app/GuiExecutor.h"
@@ -14,9 +16,17 @@
 #include "app/SharedSlot.h"
 #include "link/IQuorvane.h"
 #include "link/IpcInterfaceApp.h"
+#include "output/ImageCapture.h"
 #include "render/RaytraceImpl.h"
 
+class wxDialog;
+
 namespace qv {
+
+class LogPanel;
+class ProgressCancelDialog;
+class WindowLayout;
+struct CaptureRequest;
 
 // The one top-level window. It shows the renderer's picture, owns the renderer and the link to the
 // host, and carries out the host's commands.
@@ -62,7 +72,10 @@ class MainFrame : public FrameWindow, public IQuorvane {
   void ReloadData();
 
  private:
+  // Marks a wait on the GUI thread during which events are handled. A close that comes meanwhile is
+  // put off until the wait is over, since it would take away what is being waited for.
   class WaitScope;
+  struct CaptureInHand;
 
   void HandleFrameMessage(std::uint32_t number) override;
   void OnSizeMoveEntered() override;
@@ -74,16 +87,41 @@ class MainFrame : public FrameWindow, public IQuorvane {
   void OnCameraLink(wxCommandEvent& event) override;
   void OnSynchronizeCamera(wxCommandEvent& event) override;
   void OnReloadData(wxCommandEvent& event) override;
+  void OnPreferences(wxCommandEvent& event) override;
+  void OnAmbientOcclusion(wxCommandEvent& event) override;
+  void OnLEM(wxCommandEvent& event) override;
+  void OnCapture(wxCommandEvent& event) override;
+  void OnLogPanel(wxCommandEvent& event) override;
+
+  // Dialogs, layouts and update rules; MainFrameWindows.cpp.
+  void MakePanels();
+  void SaveLayouts();
+  void BindUpdateRules();
+  // Shows a modal dialog and gives its result, or wxID_CANCEL when the frame was closed meanwhile:
+  // then the frame goes as soon as its handlers have returned.
+  int ShowDialog(wxDialog& dialog);
+
+  // Image capture; MainFrameCapture.cpp.
+  // The name of the file to write; empty if the user does not want it any more.
+  wxString AskForCaptureFile(const wxString& filter);
+  void BeginCapture(const CaptureRequest& request, const wxString& file);
+  void FollowCapture();
+  // Takes the renderer back from a capture, waiting for its end, and shows the view again. Without
+  // a capture it does nothing.
+  void EndCapture();
+  void NoteCaptured(ImageCapture::Outcome outcome, const wxString& file);
+  void ShowViewAgain();
 
   // Makes a renderer with pictures of the present view size. `antialiasIndex` as for
   // RaytraceImpl::ResizeTargets.
   void CreateRenderer(int antialiasIndex);
   void DestroyRenderer();
-  // Ends the running job, with the windows alive meanwhile, and calls `work` before another can
-  // begin. False, without the call, if there is no renderer, or if this or another wait is under
-  // way already further up the stack.
+  // Ends the running job or capture, with the windows alive meanwhile, and calls `work` before
+  // another job can begin. False, without the call, if there is no renderer, or if this or another
+  // wait is under way already further up the stack.
   bool WithIdleRenderer(const std::function<void(RaytraceImpl&)>& work);
-  // Gives the idle renderer's pictures the size of the view.
+  // Gives the idle renderer's pictures the size of the view, with fewer samples at edges than asked
+  // for where the memory is not enough.
   void ResizeTargets(RaytraceImpl& renderer, int antialiasIndex);
   // After a change of size: the picture once more, if its size is no longer that of the view.
   void FollowViewSize();
@@ -126,6 +164,11 @@ class MainFrame : public FrameWindow, public IQuorvane {
   RenderStatistics pictureStatistics_;  // of the picture that the painter shows
   PicturePainter painter_;
   Vec3 orbitPivot_{0, 0, 0};
+  std::vector<wxDialog*> openDialogs_;  // modal, the innermost last
+  LogPanel* logPanel_ = nullptr;
+  ProgressCancelDialog* progressDialog_ = nullptr;  // made when it is first needed
+  std::unique_ptr<WindowLayout> mainLayout_;
+  std::unique_ptr<WindowLayout> logLayout_;
 
   std::atomic<bool> cameraLink_{false};
   std::atomic<bool> sceneShown_{false};
@@ -144,8 +187,11 @@ class MainFrame : public FrameWindow, public IQuorvane {
   // Held while a job is started on the listener thread, and by the GUI thread from the end of a job
   // to the start of the next where the renderer must stay idle between.
   std::mutex jobGate_;
+  bool capturing_ = false;                  // under jobGate_
+  std::optional<RenderCamera> hostCamera_;  // under jobGate_: came during a capture
   GuiExecutor gui_;
   SharedSlot<RaytraceImpl> renderer_;
+  std::unique_ptr<CaptureInHand> capture_;
   std::unique_ptr<IpcInterfaceApp> link_;
 };
 

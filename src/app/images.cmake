@@ -13,7 +13,7 @@ function(draw_image source size output)
     DEPENDS ${image_sources}/${source}.svg VERBATIM)
 endfunction()
 
-foreach(tool CameraLink syncCamera Reload)
+foreach(tool CameraLink syncCamera AO LEM Capture Reload)
   draw_image(${tool} 24 ${image_folder}/${tool}.png)
   draw_image(${tool} 48 ${image_folder}/${tool}@2x.png)
   list(APPEND images ${image_folder}/${tool}.png ${image_folder}/${tool}@2x.png)

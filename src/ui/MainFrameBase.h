@@ -8,8 +8,8 @@
 
 namespace qv {
 
-// Lays out the main window: tool bar, the view that shows the picture, status bar; and binds their
-// events to handlers that the derived frame fills in.
+// Lays out the main window: menu bar, tool bar, the view that shows the picture, status bar; and
+// binds their events to handlers that the derived frame fills in.
 class _MainFrame
     : public wxFrame {  // NOLINT(bugprone-reserved-identifier): layout layers carry an underscore
  public:
@@ -22,12 +22,18 @@ class _MainFrame
   virtual void OnCameraLink(wxCommandEvent& event) = 0;
   virtual void OnSynchronizeCamera(wxCommandEvent& event) = 0;
   virtual void OnReloadData(wxCommandEvent& event) = 0;
+  virtual void OnPreferences(wxCommandEvent& event) = 0;
+  virtual void OnAmbientOcclusion(wxCommandEvent& event) = 0;
+  virtual void OnLEM(wxCommandEvent& event) = 0;
+  virtual void OnCapture(wxCommandEvent& event) = 0;
+  virtual void OnLogPanel(wxCommandEvent& event) = 0;
 
   wxPanel* view_;
   wxToolBar* toolBar_;
   StatusBar* statusBar_;
 
  private:
+  void AddMenus();
   void AddTools();
   void BindEvents();
 };
