@@ -58,6 +58,9 @@ std::optional<bool> WindowLayout::Restore(const LayoutDefaults& defaults) {
   const LayoutPlan plan = PlanLayout(
       *wxConfigBase::Get(), prefix_, defaults,
       [](const wxPoint& position) { return wxDisplay::GetFromPoint(position) != wxNOT_FOUND; });
+  // A window that has not been moved yet is put where the window manager likes, even where the
+  // position asked for is the one that it happens to have.
+  window_->Move(plan.rect.x + 1, plan.rect.y);
   window_->SetSize(plan.rect);
   normalRect_ = plan.rect;
   if (plan.maximized) window_->Maximize();

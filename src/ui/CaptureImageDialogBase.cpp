@@ -66,8 +66,10 @@ wxSizer* _CaptureImageDialog::MakeSizeBox(const wxSize& view) {
 
   box->Add(viewSize_, wxSizerFlags().Border(wxALL, gap));
   box->Add(ownSize_, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxBOTTOM, gap));
-  box->Add(fields,
-           wxSizerFlags().Border(wxRIGHT | wxBOTTOM, gap).Border(wxLEFT, FromDIP(kIndent) + gap));
+  auto* indented = new wxBoxSizer(wxHORIZONTAL);
+  indented->AddSpacer(FromDIP(kIndent));
+  indented->Add(fields);
+  box->Add(indented, wxSizerFlags().Border(wxLEFT | wxRIGHT | wxBOTTOM, gap));
   return box;
 }
 

@@ -26,8 +26,8 @@ ProgressCancelDialog::ProgressCancelDialog(wxWindow* parent)
   const int margin = FromDIP(kMargin);
   auto* all = new wxBoxSizer(wxVERTICAL);
   all->Add(text_, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxTOP, margin));
-  all->Add(gauge_,
-           wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, margin).Border(wxTOP, FromDIP(kGap)));
+  all->AddSpacer(FromDIP(kGap));
+  all->Add(gauge_, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, margin));
   all->Add(cancel_, wxSizerFlags().Right().Border(wxALL, margin));
   SetSizerAndFit(all);
   Bind(
