@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace qv::e2e {
@@ -24,13 +25,14 @@ struct Area {
   int left = 0, top = 0, width = 0, height = 0;
 };
 
-// The viewer's main window as the system knows it.
+// A window of the viewer as the system knows it.
 class ViewerWindow {
  public:
   // Waits until the window of that title is on the screen; null if it is not in time.
-  static std::unique_ptr<ViewerWindow> Find(std::chrono::milliseconds timeout);
-  // Whether a window of the viewer is on the screen now.
-  static bool Exists();
+  static std::unique_ptr<ViewerWindow> Find(std::chrono::milliseconds timeout,
+                                            const std::string& title = "Quorvane");
+  // Whether a window of that title is on the screen now.
+  static bool Exists(const std::string& title = "Quorvane");
   ~ViewerWindow();
 
   Screenshot Shoot() const;
@@ -39,6 +41,12 @@ class ViewerWindow {
   void Close();
   // Presses and lets go the left button at a point of the window.
   void Click(int x, int y);
+  // The same with the button "OK" of a dialog.
+  void ClickOk();
+  // Whether keys go to it.
+  bool IsActive() const;
+  // What is inside its frame, on the screen.
+  Area Place() const;
 
  private:
   struct Native;

@@ -3,20 +3,25 @@
 #include <windows.h>
 
 #include <cstddef>
-#include <string_view>
+#include <string>
 #include <thread>
 #include <utility>
 
 namespace qv::e2e {
 namespace {
 
-constexpr wchar_t kTitle[] = L"Quorvane";
+// A window that is looked for among others.
+struct Wanted {
+  std::wstring title;
+  HWND found = nullptr;
+};
 
 BOOL CALLBACK Look(HWND window, LPARAM context) {
+  auto& wanted = *reinterpret_cast<Wanted*>(context);
   wchar_t title[64];
   const bool matches = IsWindowVisible(window) != 0 && GetWindowTextW(window, title, 64) > 0 &&
-                       std::wstring_view(title) == kTitle;
-  if (matches) *reinterpret_cast<HWND*>(context) = window;
+                       wanted.title == title;
+  if (matches) wanted.found = window;
   return matches ? FALSE : TRUE;
 }
 
@@ -73,19 +78,22 @@ ViewerWindow::ViewerWindow(std::unique_ptr<Native> native) : native_(std::move(n
 
 ViewerWindow::~ViewerWindow() = default;
 
-std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout) {
+std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout,
+                                                 const std::string& title) {
+  Wanted wanted{{title.begin(), title.end()}};
   auto native = std::make_unique<Native>();
   const auto end = std::chrono::steady_clock::now() + timeout;
   while (true) {
-    EnumWindows(Look, reinterpret_cast<LPARAM>(&native->window));
+    EnumWindows(Look, reinterpret_cast<LPARAM>(&wanted));
+    native->window = wanted.found;
     if (native->window) return std::unique_ptr<ViewerWindow>(new ViewerWindow(std::move(native)));
     if (std::chrono::steady_clock::now() >= end) return nullptr;
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   }
 }
 
-bool ViewerWindow::Exists() {
-  return Find(std::chrono::milliseconds(0)) != nullptr;
+bool ViewerWindow::Exists(const std::string& title) {
+  return Find(std::chrono::milliseconds(0), title) != nullptr;
 }
 
 Screenshot ViewerWindow::Shoot() const {
@@ -124,6 +132,25 @@ void ViewerWindow::Click(int x, int y) {
   Press(MOUSEEVENTF_LEFTDOWN);
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
   Press(MOUSEEVENTF_LEFTUP);
+}
+
+void ViewerWindow::ClickOk() {
+  Wanted ok{L"OK"};
+  EnumChildWindows(native_->window, Look, reinterpret_cast<LPARAM>(&ok));
+  if (!ok.found) return;
+  const RECT button = Inside(ok.found);
+  const RECT inside = Inside(native_->window);
+  Click((button.left + button.right) / 2 - inside.left,
+        (button.top + button.bottom) / 2 - inside.top);
+}
+
+bool ViewerWindow::IsActive() const {
+  return GetForegroundWindow() == native_->window;
+}
+
+Area ViewerWindow::Place() const {
+  const RECT inside = Inside(native_->window);
+  return {inside.left, inside.top, inside.right - inside.left, inside.bottom - inside.top};
 }
 
 }  // namespace qv::e2e
