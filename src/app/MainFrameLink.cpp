@@ -7,7 +7,6 @@
 #include "app/FrameMessages.h"
 #include "app/HostText.h"
 #include "app/MainFrame.h"
-#include "app/MainFrameScopes.h"
 #include "app/ModelProperties.h"
 #include "app/Preferences.h"
 #include "core/Calendar.h"

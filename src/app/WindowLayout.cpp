@@ -46,25 +46,32 @@ WindowLayout::WindowLayout(wxTopLevelWindow& window, const wxString& prefix)
     : window_(&window), prefix_(prefix), normalRect_(window.GetRect()) {
   window_->Bind(wxEVT_SIZE, &WindowLayout::OnSize, this);
   window_->Bind(wxEVT_MOVE, &WindowLayout::OnMove, this);
+  window_->Bind(wxEVT_SHOW, &WindowLayout::OnShow, this);
 }
 
 WindowLayout::~WindowLayout() {
   if (!window_) return;
   window_->Unbind(wxEVT_SIZE, &WindowLayout::OnSize, this);
   window_->Unbind(wxEVT_MOVE, &WindowLayout::OnMove, this);
+  window_->Unbind(wxEVT_SHOW, &WindowLayout::OnShow, this);
 }
 
 std::optional<bool> WindowLayout::Restore(const LayoutDefaults& defaults) {
   const LayoutPlan plan = PlanLayout(
       *wxConfigBase::Get(), prefix_, defaults,
       [](const wxPoint& position) { return wxDisplay::GetFromPoint(position) != wxNOT_FOUND; });
-  // A window that has not been moved yet is put where the window manager likes, even where the
-  // position asked for is the one that it happens to have.
-  window_->Move(plan.rect.x + 1, plan.rect.y);
-  window_->SetSize(plan.rect);
   normalRect_ = plan.rect;
+  Place();
+  placed_ = window_->IsShown();
   if (plan.maximized) window_->Maximize();
   return plan.visible;
+}
+
+// A window is only moved to where it does not believe to be already. But window managers put a new
+// one where they like, so the position is asked for again when it is on the screen.
+void WindowLayout::Place() {
+  window_->SetSize(normalRect_.x + 1, normalRect_.y, normalRect_.width, normalRect_.height);
+  window_->SetSize(normalRect_);
 }
 
 void WindowLayout::Save() const {
@@ -83,8 +90,15 @@ void WindowLayout::OnMove(wxMoveEvent& event) {
   NoteRect();
 }
 
+void WindowLayout::OnShow(wxShowEvent& event) {
+  event.Skip();
+  if (placed_ || !event.IsShown()) return;
+  if (!window_->IsMaximized()) Place();
+  placed_ = true;
+}
+
 void WindowLayout::NoteRect() {
-  if (window_->IsShown() && !window_->IsMaximized() && !window_->IsIconized()) {
+  if (placed_ && window_->IsShown() && !window_->IsMaximized() && !window_->IsIconized()) {
     normalRect_ = window_->GetRect();
   }
 }

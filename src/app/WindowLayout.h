@@ -52,12 +52,15 @@ class WindowLayout {
  private:
   void OnSize(wxSizeEvent& event);
   void OnMove(wxMoveEvent& event);
+  void OnShow(wxShowEvent& event);
+  void Place();
   void NoteRect();
 
   wxWeakRef<wxTopLevelWindow> window_;
   const wxString prefix_;
   // Of the window when it is neither maximised nor minimised: where it goes back to.
   wxRect normalRect_;
+  bool placed_ = true;  // where it was last put, as far as it has been on the screen since
 };
 
 }  // namespace qv

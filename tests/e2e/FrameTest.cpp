@@ -62,9 +62,10 @@ TEST_F(Frame, PreferencesSetTheSamplesOfEdgesAndTheStatistics) {
 }
 
 TEST_F(Frame, ComesBackToItsPlace) {
-  ASSERT_NO_FATAL_FAILURE(StartViewer());
+  ASSERT_NO_FATAL_FAILURE(ShowQuarters());
+  const std::size_t known = FinalPictures();
   window_->Resize(700, 500);
-  ASSERT_TRUE(Eventually([&] { return window_->Place().width == 700; }));
+  ASSERT_TRUE(AwaitFinalPicture(known));
   // Twice, since a small drift adds up only then.
   const Area before = window_->Place();
   for (int run = 0; run < 2; ++run) {
