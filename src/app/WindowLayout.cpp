@@ -6,6 +6,9 @@
 namespace qv {
 namespace {
 
+// After a window is shown, until it stands where the window manager has put it.
+constexpr int kSettleMilliseconds = 300;
+
 int ReadInt(const wxConfigBase& settings, const wxString& key, int fallback) {
   return static_cast<int>(settings.ReadLong(key, fallback));
 }
@@ -47,6 +50,7 @@ WindowLayout::WindowLayout(wxTopLevelWindow& window, const wxString& prefix)
   window_->Bind(wxEVT_SIZE, &WindowLayout::OnSize, this);
   window_->Bind(wxEVT_MOVE, &WindowLayout::OnMove, this);
   window_->Bind(wxEVT_SHOW, &WindowLayout::OnShow, this);
+  settled_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { PlaceAgain(); });
 }
 
 WindowLayout::~WindowLayout() {
@@ -61,17 +65,10 @@ std::optional<bool> WindowLayout::Restore(const LayoutDefaults& defaults) {
       *wxConfigBase::Get(), prefix_, defaults,
       [](const wxPoint& position) { return wxDisplay::GetFromPoint(position) != wxNOT_FOUND; });
   normalRect_ = plan.rect;
-  Place();
+  window_->SetSize(plan.rect);
   placed_ = window_->IsShown();
   if (plan.maximized) window_->Maximize();
   return plan.visible;
-}
-
-// A window is only moved to where it does not believe to be already. But window managers put a new
-// one where they like, so the position is asked for again when it is on the screen.
-void WindowLayout::Place() {
-  window_->SetSize(normalRect_.x + 1, normalRect_.y, normalRect_.width, normalRect_.height);
-  window_->SetSize(normalRect_);
 }
 
 void WindowLayout::Save() const {
@@ -92,9 +89,19 @@ void WindowLayout::OnMove(wxMoveEvent& event) {
 
 void WindowLayout::OnShow(wxShowEvent& event) {
   event.Skip();
-  if (placed_ || !event.IsShown()) return;
-  if (!window_->IsMaximized()) Place();
+  if (!placed_ && event.IsShown()) settled_.StartOnce(kSettleMilliseconds);
+}
+
+// Window managers put a new window where they like, and do not always tell. One that believes to be
+// in its place already is only moved by way of another.
+void WindowLayout::PlaceAgain() {
+  if (!window_) return;
+  if (!window_->IsMaximized()) {
+    window_->Move(normalRect_.x + 1, normalRect_.y);
+    window_->Move(normalRect_.GetPosition());
+  }
   placed_ = true;
+  NoteRect();
 }
 
 void WindowLayout::NoteRect() {

@@ -2,6 +2,7 @@
 
 #include <wx/confbase.h>
 #include <wx/gdicmn.h>
+#include <wx/timer.h>
 #include <wx/toplevel.h>
 #include <wx/weakref.h>
 
@@ -53,14 +54,15 @@ class WindowLayout {
   void OnSize(wxSizeEvent& event);
   void OnMove(wxMoveEvent& event);
   void OnShow(wxShowEvent& event);
-  void Place();
+  void PlaceAgain();
   void NoteRect();
 
   wxWeakRef<wxTopLevelWindow> window_;
   const wxString prefix_;
   // Of the window when it is neither maximised nor minimised: where it goes back to.
   wxRect normalRect_;
-  bool placed_ = true;  // where it was last put, as far as it has been on the screen since
+  bool placed_ = true;  // nothing to be waited for: normalRect_ follows the window
+  wxTimer settled_;
 };
 
 }  // namespace qv

@@ -85,10 +85,17 @@ TEST_F(Capture, ClosedMeanwhileLosesNothing) {
   ASSERT_NO_FATAL_FAILURE(StartCapture());
   ASSERT_TRUE(AwaitDialog("Capture an image"));
   EXPECT_EQ(host_->link().IsCameraLinked(), false) << "while the picture is not the view's";
-  // The window shows the view, and goes on doing so.
-  window_->Resize(720, 520);
-  EXPECT_TRUE(Eventually([&] { return window_->Shoot().width == 720; }, kSoon));
-  EXPECT_TRUE(SettlesTo(kQuarters));
+  // The window shows the view, and goes on doing so; the dialog covers a part of it.
+  window_->Resize(900, 700);
+  EXPECT_TRUE(Eventually(
+      [&] {
+        shot_ = window_->Shoot();
+        area_ = FindPicture(shot_);
+        if (shot_.width != 900 || area_.width < 800) return false;
+        const std::vector<std::string> shown = QuarterColours(shot_, area_);
+        return shown[1] == "green" && shown[2] == "blue" && shown[3] == "yellow";
+      },
+      kSoon));
   // The host may look somewhere else meanwhile.
   ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
 
