@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+#include "app/LogHistory.h"
 #include "core/Log.h"
 #include "platform/Clock.h"
 
@@ -41,18 +42,6 @@ std::shared_ptr<std::FILE> FileFromEnvironment() {
   return file ? std::shared_ptr<std::FILE>(file, std::fclose) : nullptr;
 }
 
-const char* NameOf(LogLevel level) {
-  switch (level) {
-    case LogLevel::kInfo:
-      return "info";
-    case LogLevel::kWarning:
-      return "warning";
-    case LogLevel::kError:
-      return "error";
-  }
-  return "";
-}
-
 }  // namespace
 
 void RouteLibraryLog() {
@@ -62,10 +51,11 @@ void RouteLibraryLog() {
 void StartLog() {
   SetLogSink([threshold = ThresholdFromEnvironment(), file = FileFromEnvironment(),
               start = platform::NowSeconds()](LogLevel level, const std::string& text) {
+    const double seconds = platform::NowSeconds() - start;
+    LogHistory::Shared().Add({seconds, level, text});
     if (level < threshold) return;
     std::FILE* to = file ? file.get() : stderr;
-    std::fprintf(to, "quorvane %9.3f %s: %s\n", platform::NowSeconds() - start, NameOf(level),
-                 text.c_str());
+    std::fprintf(to, "quorvane %9.3f %s: %s\n", seconds, NameOf(level), text.c_str());
     std::fflush(to);
   });
 }

@@ -3,6 +3,7 @@
 #include <wx/app.h>
 #include <wx/config.h>
 #include <wx/dcclient.h>
+#include <wx/dialog.h>
 #include <wx/evtloop.h>
 #include <wx/menu.h>
 
@@ -11,11 +12,13 @@
 
 #include "app/BackgroundSettingsDialog.h"
 #include "app/FrameMessages.h"
+#include "app/MainFrameScopes.h"
+#include "app/Preferences.h"
 #include "app/StatusTexts.h"
+#include "app/WindowLayout.h"
 #include "core/Log.h"
 #include "platform/ProgramPath.h"
 #include "sky/CubeMaps.h"
-#include "ui/CommandIds.h"
 #include "ui/Images.h"
 
 namespace qv {
@@ -23,33 +26,11 @@ namespace {
 
 constexpr int kStatisticsPoints = 7;
 constexpr int kKeepAntialias = -1;
+constexpr int kFewestSamples = 0;
 
 wxDEFINE_EVENT(EVT_GUI_WORK, wxThreadEvent);
 
-// The choices of "/Defaults/Rendering/Antialias": samples for each marked pixel.
-int AntialiasIndex(const wxString& choice) {
-  if (choice == "16x") return 1;
-  if (choice == "64x") return 2;
-  return 0;
-}
-
 }  // namespace
-
-// Marks a wait on the GUI thread during which events are handled. A close that comes meanwhile is
-// put off until the wait is over, since it would take away what is being waited for.
-class MainFrame::WaitScope {
- public:
-  explicit WaitScope(MainFrame& frame) : frame_(frame) { frame_.waiting_ = true; }
-  ~WaitScope() {
-    frame_.waiting_ = false;
-    frame_.CatchUpWithClose();
-  }
-  WaitScope(const WaitScope&) = delete;
-  WaitScope& operator=(const WaitScope&) = delete;
-
- private:
-  MainFrame& frame_;
-};
 
 MainFrame::MainFrame(wxWindow* parent, std::uint32_t hostWindow, std::uint32_t processId)
     : FrameWindow(parent),
@@ -57,6 +38,7 @@ MainFrame::MainFrame(wxWindow* parent, std::uint32_t hostWindow, std::uint32_t p
       gui_([this] { QueueEvent(new wxThreadEvent(EVT_GUI_WORK)); }) {
   Bind(EVT_GUI_WORK, [this](wxThreadEvent&) { gui_.RunPending(); });
   SetIcons(LoadIcons("images/Quorvane.ico"));
+  MakePanels();
   isResizing_ = false;
   NavigationSite& site = *this;
   navigation_ = std::make_unique<ViewNavigation>(*this, *view_, site);
@@ -64,16 +46,12 @@ MainFrame::MainFrame(wxWindow* parent, std::uint32_t hostWindow, std::uint32_t p
       this, {[this] { return eyeHeight_.load(); }, [this] { return navigation_->Bounds(); },
              [this](float height) { SetEyeHeight(height); }});
   FollowNavigationMode();
-  for (const int tool : {kIdCameraLink, kIdSynchronizeCamera, kIdBackground, kIdReloadData}) {
-    Bind(
-        wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Enable(interactive_); }, tool);
-  }
+  BindUpdateRules();
   SetInteractive(false);
 
-  const wxConfigBase* settings = wxConfigBase::Get();
-  const wxString antialias = settings->Read("/Defaults/Rendering/Antialias", wxString());
-  showStatistics_ = settings->ReadBool("/Defaults/Rendering/ShowStatistics", true);
-  CreateRenderer(AntialiasIndex(antialias));
+  const Preferences preferences = Preferences::Load(*wxConfigBase::Get());
+  showStatistics_ = preferences.showStatistics;
+  CreateRenderer(preferences.antialiasIndex);
 
   link_ = std::make_unique<IpcInterfaceApp>(
       hostWindow, processId, this, [this] { gui_.Post([this] { link_->Dispatch(); }); },
@@ -103,13 +81,20 @@ void MainFrame::CreateRenderer(int antialiasIndex) {
 void MainFrame::DestroyRenderer() {
   const WaitScope wait(*this);
   const std::unique_ptr<RaytraceImpl> renderer = renderer_.Take([this] { YieldToWindows(); });
-  if (renderer) renderer->StopRender();
+  if (renderer) {
+    renderer->AbandonRender();
+    renderer->StopRender();
+  }
   painter_.RendererCleared();
 }
 
 bool MainFrame::WithIdleRenderer(const std::function<void(RaytraceImpl&)>& work) {
   RaytraceImpl* renderer = renderer_.get();
   if (waiting_ || !renderer) return false;
+  if (capture_) {
+    capture_->capture.Cancel();
+    EndCapture();
+  }
   const std::lock_guard gate(jobGate_);
   {
     const WaitScope wait(*this);
@@ -122,7 +107,9 @@ bool MainFrame::WithIdleRenderer(const std::function<void(RaytraceImpl&)>& work)
 void MainFrame::ResizeTargets(RaytraceImpl& renderer, int antialiasIndex) {
   const wxSize size = view_->GetClientSize();
   pictureSize_ = wxSize(std::max(size.x, 1), std::max(size.y, 1));
-  renderer.ResizeTargets(pictureSize_.x, pictureSize_.y, antialiasIndex);
+  if (!renderer.ResizeTargets(pictureSize_.x, pictureSize_.y, antialiasIndex)) {
+    renderer.ResizeTargets(pictureSize_.x, pictureSize_.y, kFewestSamples);
+  }
   painter_.RendererCleared();
 }
 
@@ -170,14 +157,6 @@ void MainFrame::YieldToWindows() {
   if (loop && !loop->IsYielding()) loop->YieldFor(wxEVT_CATEGORY_UI);
 }
 
-bool MainFrame::ShowDialog(wxDialog& dialog) {
-  dialog_ = &dialog;
-  const int answer = dialog.ShowModal();
-  dialog_ = nullptr;
-  CatchUpWithClose();
-  return answer == wxID_OK && !closing_;
-}
-
 void MainFrame::EnableContents(bool enable) {
   // Not the frame itself: a disabled window cannot be closed or moved either.
   for (wxWindow* child : GetChildren()) {
@@ -209,16 +188,27 @@ void MainFrame::ShowFirst() {
 }
 
 void MainFrame::CatchUpWithClose() {
-  if (waiting_ || showing_ || dialog_ || closing_ || !std::exchange(closeAsked_, false)) return;
+  if (waiting_ || showing_ || closing_ || !openDialogs_.empty()) return;
+  if (!std::exchange(closeAsked_, false)) return;
   CallAfter([this] { Close(true); });
 }
 
 void MainFrame::OnClose(wxCloseEvent& event) {
-  if (waiting_ || showing_ || dialog_ || closing_) {
+  if (waiting_ || showing_ || closing_) {
     closeAsked_ = true;
-    if (dialog_ && dialog_->IsModal()) dialog_->EndModal(wxID_CANCEL);
     if (event.CanVeto()) event.Veto();
     return;
+  }
+  if (!openDialogs_.empty()) {
+    // The handler that shows it needs the frame: first the dialog goes.
+    closeAsked_ = true;
+    if (event.CanVeto()) event.Veto();
+    if (openDialogs_.back()->IsModal()) openDialogs_.back()->EndModal(wxID_CANCEL);
+    return;
+  }
+  if (capture_) {
+    capture_->capture.Cancel();
+    EndCapture();
   }
   SaveSettings();
   Shutdown();
@@ -229,7 +219,9 @@ void MainFrame::OnClose(wxCloseEvent& event) {
 }
 
 void MainFrame::SaveSettings() {
+  SaveLayouts();
   wxConfigBase::Get()->Write("/Defaults/CameraLink", cameraLink_.load());
+  wxConfigBase::Get()->Flush();
 }
 
 void MainFrame::Shutdown() {
@@ -343,14 +335,15 @@ void MainFrame::OnSynchronizeCamera(wxCommandEvent&) {
 
 void MainFrame::OnBackground(wxCommandEvent&) {
   const RaytraceImpl* renderer = renderer_.get();
-  if (closing_ || waiting_ || dialog_ || !renderer) return;
+  if (closing_ || waiting_ || !renderer) return;
   sky::BackgroundTypes types;
   sky::FillBackgroundTypes(types,
                            [](const char* name) { return wxGetTranslation(name).ToStdWstring(); });
   BackgroundChoice choice(std::move(types), renderer->CubeMapNames(), renderer->BackgroundType(),
                           renderer->CubeMapIndex());
   BackgroundSettingsDialog dialog(this, choice);
-  if (ShowDialog(dialog)) ApplyBackground(choice.BackgroundType(), choice.CubeMapIndex());
+  if (ShowDialog(dialog) != wxID_OK) return;
+  ApplyBackground(choice.BackgroundType(), choice.CubeMapIndex());
 }
 
 void MainFrame::OnReloadData(wxCommandEvent&) {

@@ -7,7 +7,9 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "FrameWindow.h"
 #include "app/EyeHeightPopUp.h"
@@ -18,9 +20,17 @@
 #include "app/ViewNavigation.h"
 #include "link/IQuorvane.h"
 #include "link/IpcInterfaceApp.h"
+#include "output/ImageCapture.h"
 #include "render/RaytraceImpl.h"
 
+class wxDialog;
+
 namespace qv {
+
+class LogPanel;
+class ProgressCancelDialog;
+class WindowLayout;
+struct CaptureRequest;
 
 // The one top-level window. It shows the renderer's picture, owns the renderer and the link to the
 // host, and carries out the host's commands.
@@ -66,7 +76,10 @@ class MainFrame : public FrameWindow, public IQuorvane, private NavigationSite {
   void ReloadData();
 
  private:
+  // Marks a wait on the GUI thread during which events are handled. A close that comes meanwhile is
+  // put off until the wait is over, since it would take away what is being waited for.
   class WaitScope;
+  struct CaptureInHand;
 
   void HandleFrameMessage(std::uint32_t number) override;
   void OnSizeMoveEntered() override;
@@ -92,16 +105,41 @@ class MainFrame : public FrameWindow, public IQuorvane, private NavigationSite {
   void OnSynchronizeCamera(wxCommandEvent& event) override;
   void OnBackground(wxCommandEvent& event) override;
   void OnReloadData(wxCommandEvent& event) override;
+  void OnPreferences(wxCommandEvent& event) override;
+  void OnAmbientOcclusion(wxCommandEvent& event) override;
+  void OnLEM(wxCommandEvent& event) override;
+  void OnCapture(wxCommandEvent& event) override;
+  void OnLogPanel(wxCommandEvent& event) override;
+
+  // Dialogs, layouts and update rules; MainFrameWindows.cpp.
+  void MakePanels();
+  void SaveLayouts();
+  void BindUpdateRules();
+  // Shows a modal dialog and gives its result, or wxID_CANCEL when the frame was closed meanwhile:
+  // then the frame goes as soon as its handlers have returned.
+  int ShowDialog(wxDialog& dialog);
+
+  // Image capture; MainFrameCapture.cpp.
+  // The name of the file to write; empty if the user does not want it any more.
+  wxString AskForCaptureFile(const wxString& filter);
+  void BeginCapture(const CaptureRequest& request, const wxString& file);
+  void FollowCapture();
+  // Takes the renderer back from a capture, waiting for its end, and shows the view again. Without
+  // a capture it does nothing.
+  void EndCapture();
+  void NoteCaptured(ImageCapture::Outcome outcome, const wxString& file);
+  void ShowViewAgain();
 
   // Makes a renderer with pictures of the present view size. `antialiasIndex` as for
   // RaytraceImpl::ResizeTargets.
   void CreateRenderer(int antialiasIndex);
   void DestroyRenderer();
-  // Ends the running job, with the windows alive meanwhile, and calls `work` before another can
-  // begin. False, without the call, if there is no renderer, or if this or another wait is under
-  // way already further up the stack.
+  // Ends the running job or capture, with the windows alive meanwhile, and calls `work` before
+  // another job can begin. False, without the call, if there is no renderer, or if this or another
+  // wait is under way already further up the stack.
   bool WithIdleRenderer(const std::function<void(RaytraceImpl&)>& work);
-  // Gives the idle renderer's pictures the size of the view.
+  // Gives the idle renderer's pictures the size of the view, with fewer samples at edges than asked
+  // for where the memory is not enough.
   void ResizeTargets(RaytraceImpl& renderer, int antialiasIndex);
   // After a change of size: the picture once more, if its size is no longer that of the view.
   void FollowViewSize();
@@ -109,9 +147,6 @@ class MainFrame : public FrameWindow, public IQuorvane, private NavigationSite {
   void YieldToWindows();
   // Closes the frame soon if that was asked for while it could not be done.
   void CatchUpWithClose();
-  // Shows a modal dialog and tells whether the user agreed to it. False too where the frame has to
-  // close, which it does afterwards.
-  bool ShowDialog(wxDialog& dialog);
   // Disables or enables all that is in the frame.
   void EnableContents(bool enable);
   void SetInteractive(bool interactive);
@@ -143,7 +178,6 @@ class MainFrame : public FrameWindow, public IQuorvane, private NavigationSite {
   bool showing_ = false;     // inside ShowFirst
   bool closeAsked_ = false;  // the frame was closed meanwhile
   bool closing_ = false;
-  wxDialog* dialog_ = nullptr;  // that is being shown
   bool showStatistics_ = true;
   bool pictureIsNew_ = false;           // taken, but not painted yet
   wxSize pictureSize_{0, 0};            // of the renderer's pictures
@@ -151,6 +185,11 @@ class MainFrame : public FrameWindow, public IQuorvane, private NavigationSite {
   PicturePainter painter_;
   std::unique_ptr<ViewNavigation> navigation_;
   EyeHeightPopUp* eyeHeightPopUp_ = nullptr;  // a window of the frame's
+  std::vector<wxDialog*> openDialogs_;        // modal, the innermost last
+  LogPanel* logPanel_ = nullptr;
+  ProgressCancelDialog* progressDialog_ = nullptr;  // made when it is first needed
+  std::unique_ptr<WindowLayout> mainLayout_;
+  std::unique_ptr<WindowLayout> logLayout_;
 
   std::atomic<bool> cameraLink_{false};
   std::atomic<bool> sceneShown_{false};
@@ -169,8 +208,11 @@ class MainFrame : public FrameWindow, public IQuorvane, private NavigationSite {
   // Held while a job is started on the listener thread, and by the GUI thread from the end of a job
   // to the start of the next where the renderer must stay idle between.
   std::mutex jobGate_;
+  bool capturing_ = false;                  // under jobGate_
+  std::optional<RenderCamera> hostCamera_;  // under jobGate_: came during a capture
   GuiExecutor gui_;
   SharedSlot<RaytraceImpl> renderer_;
+  std::unique_ptr<CaptureInHand> capture_;
   std::unique_ptr<IpcInterfaceApp> link_;
 };
 

@@ -8,6 +8,7 @@
 #include "app/HostText.h"
 #include "app/MainFrame.h"
 #include "app/ModelProperties.h"
+#include "app/Preferences.h"
 #include "core/Calendar.h"
 #include "ui/CommandIds.h"
 
@@ -103,6 +104,10 @@ void MainFrame::SetCamera(const Vec3& eye, const Vec3& direction, const Vec3& up
                           const Vec3& target, bool showProgress) {
   const bool started = renderer_.Use([&](RaytraceImpl& renderer) {
     const std::lock_guard gate(jobGate_);
+    if (capturing_) {
+      hostCamera_ = RenderCamera{eye, direction, up, fieldOfView, target};
+      return;
+    }
     // First, so that the first picture of the job finds them; until then there is none to be shown.
     receiving_ = false;
     sceneShown_ = true;
@@ -203,7 +208,7 @@ bool MainFrame::IsCameraLinked() {
 }
 
 void MainFrame::SynchronizeCamera() {
-  if (closing_ || waiting_ || receiving_ || !link_) return;
+  if (closing_ || waiting_ || receiving_ || capture_ || !link_) return;
   if (const auto location = link_->GetLocation()) SetLocationAndTime(*location);
   const auto camera = link_->GetCamera();
   RaytraceImpl* renderer = renderer_.get();
@@ -214,11 +219,16 @@ void MainFrame::SynchronizeCamera() {
 }
 
 void MainFrame::ReloadData() {
-  if (closing_ || waiting_ || !link_) return;
+  if (closing_ || waiting_ || capture_ || !link_) return;
   SetInteractive(false);
   SaveSettings();
+  const RaytraceImpl* former = renderer_.get();
+  const bool useAmbientOcclusion = !former || former->UseAmbientOcclusion();
+  const bool useLEM = former && former->UseLEM();
   DestroyRenderer();
-  CreateRenderer(-1);
+  CreateRenderer(Preferences::Load(*wxConfigBase::Get()).antialiasIndex);
+  renderer_.get()->SetUseAmbientOcclusion(useAmbientOcclusion);
+  renderer_.get()->SetUseLEM(useLEM);
   link_->RequestResend();
 }
 

@@ -17,6 +17,9 @@ class PicturePainter {
 
   // A new picture stands in the renderer.
   void TakePicture(const RaytraceImpl& renderer);
+  // Goes on showing the present picture, whatever becomes of the renderer's, until the next
+  // TakePicture.
+  void KeepPicture(const RaytraceImpl& renderer);
   // The renderer's picture is not worth showing until the next TakePicture: it has got another
   // size, or is gone. Where the painter holds pixels of its own it goes on showing them.
   void RendererCleared();

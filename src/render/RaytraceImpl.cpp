@@ -238,6 +238,14 @@ void RaytraceImpl::StopRender() {
   parts_->engine.StopRender();
 }
 
+void RaytraceImpl::AbandonRender() {
+  parts_->engine.AbandonRender();
+}
+
+float RaytraceImpl::JobProgress() const {
+  return parts_->engine.JobProgress();
+}
+
 bool RaytraceImpl::WaitUntilDone(std::optional<double> seconds) {
   return parts_->engine.WaitUntilDone(seconds);
 }

@@ -135,6 +135,11 @@ class RaytraceImpl {
   // Ends the job and waits until its thread has ended, calling the yield function meanwhile. A
   // second call inside that wait returns at once, and a StartRender only stores what it is given.
   void StopRender();
+  // Has the queued or running job left at the next tile, also one whose passes are otherwise
+  // finished; nothing more of it is shown. Does not wait. Any thread.
+  void AbandonRender();
+  // How far the running or last job is, 0 to 1, also while offline. Any thread.
+  float JobProgress() const;
   // Waits until no job runs, or the time is over; true if none runs. Any thread but the engine's.
   bool WaitUntilDone(std::optional<double> seconds);
 

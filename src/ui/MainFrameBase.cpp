@@ -10,6 +10,7 @@ namespace qv {
 namespace {
 
 const wxSize kInitialSize(783, 602);
+const wxSize kMinimumSize(240, 180);
 // Beside and before the picture: dark and without a hue, in light themes as in dark ones, so that
 // it does not change how the picture's own colours look.
 const wxColour kViewBackground(58, 60, 63);
@@ -31,6 +32,7 @@ _MainFrame::_MainFrame(wxWindow* parent)
   auto* sizer = new wxBoxSizer(wxVERTICAL);
   sizer->Add(view_, wxSizerFlags(1).Expand());
   SetSizer(sizer);
+  SetMinSize(FromDIP(kMinimumSize));
   SetSize(FromDIP(kInitialSize));
   Layout();
 
@@ -43,8 +45,14 @@ void _MainFrame::AddMenus() {
   view->AppendRadioItem(kIdWalkMode, _("Walk Mode"));
   view->AppendSeparator();
   view->Append(kIdResetCameraRoll, _("Reset Camera Roll"));
+  auto* tools = new wxMenu;
+  tools->Append(kIdPreferences, _("Preferences...") + "\tCtrl+,");
+  auto* window = new wxMenu;
+  window->AppendCheckItem(kIdLogPanel, _("Log"));
   auto* menuBar = new wxMenuBar;
   menuBar->Append(view, _("View"));
+  menuBar->Append(tools, _("Tools"));
+  menuBar->Append(window, _("&Window"));
   SetMenuBar(menuBar);
 }
 
@@ -59,9 +67,16 @@ void _MainFrame::AddTools() {
   toolBar_->AddTool(kIdSynchronizeCamera, _("Synchronize camera to SketchUp"),
                     LoadToolImage("syncCamera", kToolImageSize), wxBitmapBundle(), wxITEM_NORMAL,
                     wxString(), _("Synchronize camera to SketchUp"));
+  toolBar_->AddTool(kIdAmbientOcclusion, _("Ambient Occlusion ON/OFF"),
+                    LoadToolImage("AO", kToolImageSize), wxBitmapBundle(), wxITEM_CHECK,
+                    _("Use Ambient Occlusion for shading"));
+  toolBar_->AddTool(kIdLEM, _("LEM ON/OFF"), LoadToolImage("LEM", kToolImageSize), wxBitmapBundle(),
+                    wxITEM_CHECK, _("Use LEM"));
   toolBar_->AddTool(kIdBackground, _("Change background settings."),
                     LoadToolImage("Background", kToolImageSize), wxBitmapBundle(), wxITEM_NORMAL,
                     _("Background Settings Dialog"));
+  toolBar_->AddTool(kIdCapture, _("Capture an image."), LoadToolImage("Capture", kToolImageSize),
+                    wxBitmapBundle(), wxITEM_NORMAL, _("Capture an image"));
   toolBar_->AddTool(kIdReloadData, _("Reload Data"), LoadToolImage("Reload", kToolImageSize));
   toolBar_->Realize();
 }
@@ -79,6 +94,11 @@ void _MainFrame::BindEvents() {
   Bind(wxEVT_TOOL, &_MainFrame::OnSynchronizeCamera, this, kIdSynchronizeCamera);
   Bind(wxEVT_TOOL, &_MainFrame::OnBackground, this, kIdBackground);
   Bind(wxEVT_TOOL, &_MainFrame::OnReloadData, this, kIdReloadData);
+  Bind(wxEVT_TOOL, &_MainFrame::OnAmbientOcclusion, this, kIdAmbientOcclusion);
+  Bind(wxEVT_TOOL, &_MainFrame::OnLEM, this, kIdLEM);
+  Bind(wxEVT_TOOL, &_MainFrame::OnCapture, this, kIdCapture);
+  Bind(wxEVT_MENU, &_MainFrame::OnPreferences, this, kIdPreferences);
+  Bind(wxEVT_MENU, &_MainFrame::OnLogPanel, this, kIdLogPanel);
 }
 
 }  // namespace qv

@@ -27,6 +27,11 @@ class _MainFrame
   virtual void OnBackground(wxCommandEvent& event) = 0;
   virtual void OnReloadData(wxCommandEvent& event) = 0;
   virtual void OnStatusBarLeftDown(wxMouseEvent& event) = 0;
+  virtual void OnPreferences(wxCommandEvent& event) = 0;
+  virtual void OnAmbientOcclusion(wxCommandEvent& event) = 0;
+  virtual void OnLEM(wxCommandEvent& event) = 0;
+  virtual void OnCapture(wxCommandEvent& event) = 0;
+  virtual void OnLogPanel(wxCommandEvent& event) = 0;
 
   wxPanel* view_;
   wxToolBar* toolBar_;

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "e2e/support/Looks.h"
+#include "e2e/support/Typing.h"
 #include "e2e/support/ViewerTest.h"
 #include "sky/CubeMaps.h"
 
@@ -89,17 +90,17 @@ TEST_F(Background, IsThatOfThePropertyAndGoesBackToTheHost) {
 
   // The dialog comes up with the mode "Texture"; the next one is "Simulation", with "Fine1".
   host_->properties.clear();
-  const std::vector<Point> tools = FindTools(shot, area_);
-  ASSERT_EQ(tools.size(), 4u);
-  window_->Click(tools[2].x, tools[2].y);
+  ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
+  ASSERT_TRUE(AwaitFinalPicture(known + 1));
+  ASSERT_NO_FATAL_FAILURE(ClickTool("Background"));
   const auto dialog = ViewerWindow::Find(kPatience, "Background Settings");
   ASSERT_TRUE(dialog);
   ASSERT_TRUE(Eventually([&] { return dialog->IsActive(); }));
-  dialog->Press(Key::kRight);
-  dialog->Press(Key::kEnter);
+  PressKey(Key::kRight);
+  PressKey(Key::kEnter);
   ASSERT_TRUE(Eventually([&] { return host_->PropertyValue("background").has_value(); }, kSoon));
   EXPECT_EQ(host_->PropertyValue("background"), Property(1, last));
-  ASSERT_TRUE(AwaitFinalPicture(known + 1)) << "the choice brings a new picture";
+  ASSERT_TRUE(AwaitFinalPicture(known + 2)) << "the choice brings a new picture";
   window_->Close();
   EXPECT_EQ(host_->link().WaitForViewer(kSoon), 0);
 }

@@ -29,7 +29,7 @@ class Navigation : public ViewerTest {
     }));
   }
   void Link() {
-    ASSERT_NO_FATAL_FAILURE(ClickTool(Tool::kCameraLink));
+    ASSERT_NO_FATAL_FAILURE(ClickTool("CameraLink"));
     ASSERT_TRUE(Eventually([&] { return host_->link().IsCameraLinked() == true; }));
   }
 
@@ -42,9 +42,9 @@ class Navigation : public ViewerTest {
     const std::vector<RenderCamera> cameras = host_->Cameras();
     return cameras.empty() ? RenderCamera() : cameras.back();
   }
-  RenderCamera HoldKeys(std::initializer_list<Key> keys, milliseconds time) {
+  RenderCamera HoldKeys(std::initializer_list<HeldKey> keys, milliseconds time) {
     return CameraAfter([&] {
-      for (const Key key : keys) window_->KeyDown(key);
+      for (const HeldKey key : keys) window_->KeyDown(key);
       std::this_thread::sleep_for(time);
       for (auto key = std::rbegin(keys); key != std::rend(keys); ++key) window_->KeyUp(*key);
     });
@@ -76,7 +76,7 @@ class Navigation : public ViewerTest {
 TEST_F(Navigation, WalkerStopsAtAWall) {
   ASSERT_NO_FATAL_FAILURE(ShowYard(150));
   ASSERT_NO_FATAL_FAILURE(Link());
-  ASSERT_NO_FATAL_FAILURE(ClickTool(Tool::kWalkMode));
+  ASSERT_NO_FATAL_FAILURE(ClickTool("WalkMode"));
   float before = 0, y = 150;
   std::size_t movements = 0;
   do {
@@ -93,7 +93,7 @@ TEST_F(Navigation, WalkerStopsAtAWall) {
 TEST_F(Navigation, WalkerFallsOffALedgeAndLandsAtEyeHeight) {
   ASSERT_NO_FATAL_FAILURE(ShowYard(-80));
   ASSERT_NO_FATAL_FAILURE(Link());
-  ASSERT_NO_FATAL_FAILURE(ClickTool(Tool::kWalkMode));
+  ASSERT_NO_FATAL_FAILURE(ClickTool("WalkMode"));
   // Backwards, with the keys let go in mid-air.
   std::size_t movements = 0;
   RenderCamera camera;
@@ -163,7 +163,7 @@ TEST_F(Navigation, WheelGoesToThePointUnderThePointer) {
 TEST_F(Navigation, ShiftBoosts) {
   ASSERT_NO_FATAL_FAILURE(ShowYard(0));
   ASSERT_NO_FATAL_FAILURE(Link());
-  const auto speed = [&](std::initializer_list<Key> keys) {
+  const auto speed = [&](std::initializer_list<HeldKey> keys) {
     const Vec3 start =
         host_->Cameras().empty() ? YardCamera(0).position : host_->Cameras().back().position;
     const auto begin = steady_clock::now();
@@ -199,7 +199,7 @@ TEST_F(Navigation, TellsNothingWithoutTheLink) {
   HoldKeys({'W'}, milliseconds(100));
   const std::size_t known = FinalPictures();
   ASSERT_TRUE(AwaitFinalPicture(known - 1));
-  ASSERT_NO_FATAL_FAILURE(ClickTool(Tool::kCameraLink));
+  ASSERT_NO_FATAL_FAILURE(ClickTool("CameraLink"));
   ASSERT_TRUE(Eventually([&] { return host_->link().IsCameraLinked() == false; }));
   const std::size_t pictures = log_.Lines("picture shown").size();
   window_->KeyDown('W');
@@ -230,14 +230,14 @@ TEST_F(Navigation, ControlAndLeftTellTheHostTheSunTime) {
 TEST_F(Navigation, EyeHeightIsSetFromTheStatusBar) {
   ASSERT_NO_FATAL_FAILURE(ShowYard(0));
   ASSERT_NO_FATAL_FAILURE(Link());
-  ASSERT_NO_FATAL_FAILURE(ClickTool(Tool::kWalkMode));
+  ASSERT_NO_FATAL_FAILURE(ClickTool("WalkMode"));
   const Screenshot shot = window_->Shoot();
   const RenderCamera camera = CameraAfter([&] {
     // Keys that come before the small window is up go to the view, which has no use for them.
     EXPECT_TRUE(Eventually([&] {
       window_->Click(shot.width - 200, shot.height - 12);
       std::this_thread::sleep_for(milliseconds(500));
-      for (const Key key : {'9', '0', kEnter}) {
+      for (const HeldKey key : {'9', '0', kEnter}) {
         window_->KeyDown(key);
         window_->KeyUp(key);
       }

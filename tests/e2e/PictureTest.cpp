@@ -1,49 +1,9 @@
-#include <fstream>
-#include <sstream>
-
-#include "e2e/support/Looks.h"
-#include "e2e/support/ViewerTest.h"
+#include "e2e/support/QuartersTest.h"
 
 namespace qv::e2e {
 namespace {
 
-const std::vector<std::string> kQuarters{"red", "green", "blue", "yellow"};
-
-class Picture : public ViewerTest {
- protected:
-  // Starts the viewer and shows the four quarters.
-  void ShowQuarters() {
-    ASSERT_NO_FATAL_FAILURE(StartViewer());
-    ASSERT_TRUE(SendQuarters(host_->link()));
-    ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
-    ASSERT_TRUE(AwaitFinalPicture());
-    ASSERT_TRUE(SettlesTo(kQuarters));
-  }
-
-  // What the log tells may be a moment ahead of the screen.
-  bool SettlesTo(const std::vector<std::string>& quarters) {
-    return Eventually([&] {
-      shot_ = window_->Shoot();
-      area_ = FindPicture(shot_);
-      return area_.width > 0 && QuarterColours(shot_, area_) == quarters;
-    });
-  }
-
-  std::string LoggedSize() {
-    const auto lines = log_.Lines("picture shown: antialiased");
-    std::istringstream line(lines.back().substr(lines.back().find("antialiased")));
-    std::string word, size;
-    line >> word >> size;
-    return size;
-  }
-
-  std::string AreaSize() const {
-    return std::to_string(area_.width) + 'x' + std::to_string(area_.height) + ',';
-  }
-
-  Screenshot shot_;
-  Area area_;
-};
+class Picture : public QuartersTest {};
 
 TEST_F(Picture, ComesUpUprightFromBaseToAntialiased) {
   ASSERT_NO_FATAL_FAILURE(ShowQuarters());
@@ -84,23 +44,14 @@ TEST_F(Picture, IsTheSameAfterReload) {
   ASSERT_NO_FATAL_FAILURE(ShowQuarters());
   const Screenshot before = shot_;
   const std::size_t known = FinalPictures();
-  ASSERT_NO_FATAL_FAILURE(ClickTool(Tool::kReloadData));
+  ASSERT_NO_FATAL_FAILURE(ClickTool("Reload"));
   ASSERT_TRUE(Eventually([&] { return host_->resends == 1; }));
   ASSERT_TRUE(SendQuarters(host_->link()));
   ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
   ASSERT_TRUE(AwaitFinalPicture(known));
   ASSERT_TRUE(SettlesTo(kQuarters));
 
-  ASSERT_EQ(shot_.width, before.width);
-  int different = 0;
-  // Without the rows of the statistics, which tell other times.
-  for (int y = area_.top + 30; y < area_.top + area_.height; ++y) {
-    for (int x = area_.left; x < area_.left + area_.width; ++x) {
-      const Colour &a = before.At(x, y), &b = shot_.At(x, y);
-      different += a.red != b.red || a.green != b.green || a.blue != b.blue;
-    }
-  }
-  EXPECT_EQ(different, 0);
+  EXPECT_EQ(DifferentPixels(before), 0);
 }
 
 TEST_F(Picture, StandsAgainWhenTheHostSendsItsSceneUnasked) {
@@ -119,7 +70,7 @@ TEST_F(Picture, TakesTheCameraOfTheHostOnRequest) {
   host_->camera = QuarterCamera();
   host_->camera.position = {-100, 0, 100};  // before the middle of the red quarter
   const std::size_t known = FinalPictures();
-  ASSERT_NO_FATAL_FAILURE(ClickTool(Tool::kSynchronizeCamera));
+  ASSERT_NO_FATAL_FAILURE(ClickTool("syncCamera"));
   ASSERT_TRUE(AwaitFinalPicture(known));
   EXPECT_TRUE(SettlesTo({"red", "red", "red", "red"}));
 }
@@ -127,7 +78,7 @@ TEST_F(Picture, TakesTheCameraOfTheHostOnRequest) {
 TEST_F(Picture, LinkToTheCameraIsToldAndKept) {
   ASSERT_NO_FATAL_FAILURE(ShowQuarters());
   EXPECT_EQ(host_->link().IsCameraLinked(), false);
-  ASSERT_NO_FATAL_FAILURE(ClickTool(Tool::kCameraLink));
+  ASSERT_NO_FATAL_FAILURE(ClickTool("CameraLink"));
   EXPECT_TRUE(Eventually([&] { return host_->link().IsCameraLinked() == true; }));
   window_->Close();
   ASSERT_EQ(host_->link().WaitForViewer(kSoon), 0);

@@ -52,6 +52,8 @@ void PicturePainter::TakePicture(const RaytraceImpl& renderer) {
   });
 }
 
+void PicturePainter::KeepPicture(const RaytraceImpl&) {}
+
 void PicturePainter::RendererCleared() {}
 
 void PicturePainter::Forget() {

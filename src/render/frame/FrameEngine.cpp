@@ -1,5 +1,6 @@
 #include "render/frame/FrameEngine.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <new>
@@ -8,6 +9,7 @@
 
 #include "core/Log.h"
 #include "platform/Clock.h"
+#include "platform/Memory.h"
 #include "platform/Threads.h"
 #include "render/frame/TilePass.h"
 #include "render/trace/FloatingPointMode.h"
@@ -29,6 +31,17 @@ RenderCamera Normalised(RenderCamera camera) {
   unit(camera.forward);
   unit(camera.up);
   return camera;
+}
+
+// What the pictures of that size take together.
+std::uint64_t TargetBytes(int width, int height, int factor) {
+  constexpr std::uint64_t kSampleBytes = 3 * sizeof(float);
+  constexpr std::uint64_t kEdgeBytes = 4;
+  constexpr std::uint64_t kScreenBytes = 3;
+  const auto pixels = static_cast<std::uint64_t>(std::max(width, 0)) *
+                      static_cast<std::uint64_t>(std::max(height, 0));
+  const auto samples = static_cast<std::uint64_t>(factor) * static_cast<std::uint64_t>(factor);
+  return pixels * (kSampleBytes * (1 + samples) + kEdgeBytes + kScreenBytes);
 }
 
 }  // namespace
@@ -61,6 +74,10 @@ bool FrameEngine::ResizeTargets(int width, int height, int antialiasFactor) {
 bool FrameEngine::AllocateTargets(int width, int height) {
   const int largest = kLargestSide / antialiasFactor_;
   if (width > largest || height > largest) return false;
+  base_ = {};
+  samples_ = {};
+  // Systems hand out memory that they have not got, and end the program that then uses it.
+  if (TargetBytes(width, height, antialiasFactor_) > platform::AvailableMemory()) return false;
   if (!base_.Resize(width, height)) return false;
   if (!samples_.Resize(width * antialiasFactor_, height * antialiasFactor_)) return false;
   try {
@@ -96,6 +113,7 @@ void FrameEngine::Queue(const RenderCamera* camera, RenderMode mode, bool showPr
   // Whoever waits in StopRender decides what comes next: a view that is moved all the time would
   // keep it there for ever.
   if (stopping_) return;
+  abandon_ = false;
   const RenderState before = state_.exchange(RenderState::kQueued);
   if (before != RenderState::kNone && before != RenderState::kIdle) return;
   // A control thread that has set the state to idle touches nothing any more.
@@ -163,8 +181,14 @@ void FrameEngine::SetUpJob() {
 
 void FrameEngine::RunPasses() {
   if (base_.height() < 1 || scene_.EmbreeScene() == nullptr) return;
-  for (const PassStep& step : PassesOf(activeMode_)) {
+  const std::span<const PassStep> steps = PassesOf(activeMode_);
+  passCount_ = static_cast<float>(steps.size());
+  passesDone_ = 0;
+  for (const PassStep& step : steps) {
+    passFraction_ = 0;
     if (!RunPass(step)) return;
+    passFraction_ = 0;
+    passesDone_ = passesDone_ + 1;
   }
 }
 
@@ -178,6 +202,8 @@ bool FrameEngine::RunPass(const PassStep& step) {
   setup.target = &target;
   setup.abortable = step.abortable;
   setup.state = &state_;
+  setup.abandon = &abandon_;
+  setup.fraction = &passFraction_;
   if (antialias) {
     MarkEdges(step.shownEvenIfLeft);
     setup.mask = &edgeMask_;
@@ -185,6 +211,7 @@ bool FrameEngine::RunPass(const PassStep& step) {
     if (showProgress_) setup.progress = [this](float value) { ReportProgress(value); };
   }
   TilePass(setup, packets_).Run(threadCount_);
+  if (abandon_) return false;
   if (step.abortable && !step.shownEvenIfLeft && LeaveRequested()) return false;
 
   pass_ = step.pass;
@@ -262,6 +289,11 @@ bool FrameEngine::WaitUntilDone(std::optional<double> seconds) {
     return true;
   }
   return done_.wait_for(lock, std::chrono::duration<double>(*seconds), idle);
+}
+
+float FrameEngine::JobProgress() const {
+  const float count = passCount_;
+  return count > 0 ? std::min((passesDone_ + passFraction_) / count, 1.0f) : 0.0f;
 }
 
 bool FrameEngine::LeaveRequested() const {

@@ -51,7 +51,12 @@ class FrameEngine {
   void StartRender(const RenderCamera& camera, RenderMode mode, bool showProgress);
   void StartRenderSameCamera(RenderMode mode);
   void StopRender();
+  // Has the queued or running job left at the next tile, whatever its mode; nothing more of it is
+  // shown. Any thread.
+  void AbandonRender() { abandon_ = true; }
   bool WaitUntilDone(std::optional<double> seconds);
+  // How far the running job is, 0 to 1, each pass counted alike. Any thread.
+  float JobProgress() const;
 
   RenderState State() const { return state_; }
   RenderCamera PendingCamera() const;
@@ -112,6 +117,10 @@ class FrameEngine {
   ShadeSwitches switches_;
   ShadeSwitches pendingSwitches_;
   std::atomic<bool> showProgress_{false};
+  std::atomic<bool> abandon_{false};
+  std::atomic<float> passFraction_{0};
+  std::atomic<float> passesDone_{0};
+  std::atomic<float> passCount_{1};
 
   // Cameras have a lock of their own, so that nobody waits for a scene's set-up to read one.
   mutable std::mutex cameraMutex_;

@@ -44,6 +44,7 @@ void TilePass::Work(int index) {
   while (!Abandoned()) {
     const std::int32_t i = nextTile_.fetch_add(1, std::memory_order_relaxed) + 1;
     Report(i);
+    TellFraction(i);
     if (i >= tiles_.TileCount()) break;
     const TilePosition tile = tiles_.TileToPosition(i);
     if (!tiles_.Contains(tile) || !IsWanted(tile)) continue;
@@ -64,7 +65,16 @@ void TilePass::Report(std::int32_t tile) const {
   setup_.progress(static_cast<float>(tile) / static_cast<float>(count));
 }
 
+void TilePass::TellFraction(std::int32_t tile) const {
+  constexpr std::int32_t kSteps = 256;
+  const std::int32_t count = tiles_.TileCount();
+  if (setup_.fraction == nullptr || tile >= count) return;
+  if (tile % std::max(1, count / kSteps) != 0) return;
+  *setup_.fraction = static_cast<float>(tile) / static_cast<float>(count);
+}
+
 bool TilePass::Abandoned() const {
+  if (setup_.abandon != nullptr && setup_.abandon->load(std::memory_order_relaxed)) return true;
   if (!setup_.abortable) return false;
   const RenderState state = setup_.state->load(std::memory_order_relaxed);
   return state == RenderState::kStopping || state == RenderState::kQueued;

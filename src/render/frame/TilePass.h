@@ -24,6 +24,10 @@ struct PassSetup {
   // Workers leave at the next tile when a stop or a new job is asked for.
   bool abortable = false;
   const std::atomic<RenderState>* state = nullptr;
+  // Once true, workers leave every pass at the next tile; may be null.
+  const std::atomic<bool>* abandon = nullptr;
+  // Holds how much of the pass has been handed out, 0 to 1; may be null.
+  std::atomic<float>* fraction = nullptr;
   // Told about now and then how far the pass is; may be empty.
   std::function<void(float)> progress;
 };
@@ -39,6 +43,7 @@ class TilePass {
  private:
   void Work(int index);
   void Report(std::int32_t tile) const;
+  void TellFraction(std::int32_t tile) const;
   bool Abandoned() const;
   // False for a tile without a marked pixel.
   bool IsWanted(const TilePosition& tile) const;

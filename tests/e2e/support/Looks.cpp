@@ -1,7 +1,11 @@
 #include "e2e/support/Looks.h"
 
+#include <FreeImage.h>
+
 #include <algorithm>
-#include <cstdlib>
+#include <cmath>
+#include <filesystem>
+#include <numeric>
 
 namespace qv::e2e {
 namespace {
@@ -26,8 +30,57 @@ std::pair<int, int> StrongRange(int count, int length, At&& at) {
   return {first, last};
 }
 
-int Difference(const Colour& a, const Colour& b) {
-  return std::abs(a.red - b.red) + std::abs(a.green - b.green) + std::abs(a.blue - b.blue);
+// A small picture with an opacity of 0 to 1 for each pixel, top row first.
+struct Template {
+  int width = 0, height = 0;
+  std::vector<Colour> pixels;
+  std::vector<double> opacity;
+};
+
+Template LoadTemplate(const std::filesystem::path& file) {
+  Template loaded;
+  FIBITMAP* read = FreeImage_Load(FIF_PNG, file.string().c_str());
+  if (read == nullptr) return loaded;
+  FIBITMAP* bitmap = FreeImage_ConvertTo32Bits(read);
+  loaded.width = static_cast<int>(FreeImage_GetWidth(bitmap));
+  loaded.height = static_cast<int>(FreeImage_GetHeight(bitmap));
+  for (int y = loaded.height - 1; y >= 0; --y) {
+    const BYTE* at = FreeImage_GetScanLine(bitmap, y);
+    for (int x = 0; x < loaded.width; ++x, at += 4) {
+      loaded.pixels.push_back({at[FI_RGBA_RED], at[FI_RGBA_GREEN], at[FI_RGBA_BLUE]});
+      loaded.opacity.push_back(at[FI_RGBA_ALPHA] / 255.0);
+    }
+  }
+  FreeImage_Unload(bitmap);
+  FreeImage_Unload(read);
+  return loaded;
+}
+
+// How the template looks on a plain ground, as numbers in the order of its pixels.
+std::vector<double> OnGround(const Template& wanted, const Colour& ground) {
+  std::vector<double> values;
+  for (std::size_t i = 0; i < wanted.pixels.size(); ++i) {
+    const double a = wanted.opacity[i];
+    const Colour& c = wanted.pixels[i];
+    values.push_back(a * c.red + (1 - a) * ground.red);
+    values.push_back(a * c.green + (1 - a) * ground.green);
+    values.push_back(a * c.blue + (1 - a) * ground.blue);
+  }
+  return values;
+}
+
+// Takes the mean away, and scales what is left to the length 1: what is then compared does not
+// change when a picture is faded.
+void Normalise(std::vector<double>& values) {
+  double mean = 0, square = 0;
+  for (const double v : values) mean += v;
+  mean /= static_cast<double>(values.size());
+  for (double& v : values) {
+    v -= mean;
+    square += v * v;
+  }
+  if (square <= 0) return;
+  for (double& v : values) v /= std::sqrt(square);
 }
 
 }  // namespace
@@ -41,34 +94,36 @@ Area FindPicture(const Screenshot& shot) {
           rows.second - rows.first + 1};
 }
 
-std::vector<Point> FindTools(const Screenshot& shot, const Area& picture) {
-  constexpr int kStandsOut = 60;
-  constexpr int kGap = 6;
-  // Rows through the pictures of the tools, clear of a menu bar above them.
-  constexpr int kMiddleAbovePicture = 20;
-  constexpr int kReach = 8;
-  const int middle = std::max(picture.top - kMiddleAbovePicture, kReach);
-  const Colour ground = shot.At(shot.width - 4, middle);
-  std::vector<Point> tools;
-  int first = -1, last = -1;
-  const auto finish = [&] {
-    if (first >= 0) tools.push_back({(first + last) / 2, middle});
-    first = -1;
-  };
-  for (int x = 4; x < shot.width - 4; ++x) {
-    bool stands = false;
-    for (int y = middle - kReach; y <= middle + kReach; ++y) {
-      stands = stands || Difference(shot.At(x, y), ground) > kStandsOut;
-    }
-    if (stands) {
-      if (first < 0) first = x;
-      last = x;
-    } else if (first >= 0 && x - last > kGap) {
-      finish();
+std::optional<Point> FindTool(const Screenshot& shot, int bottom, const std::string& name) {
+  constexpr double kAlike = 0.85;
+  const std::filesystem::path images =
+      std::filesystem::path(QUORVANE_VIEWER).parent_path() / "images";
+  const Template wanted = LoadTemplate(images / (name + ".png"));
+  if (wanted.pixels.empty() || shot.height < bottom) return std::nullopt;
+  std::vector<double> expected = OnGround(wanted, shot.At(shot.width - 4, bottom - 4));
+  Normalise(expected);
+  double best = kAlike;
+  std::optional<Point> found;
+  std::vector<double> got(expected.size());
+  for (int top = 0; top + wanted.height <= bottom; ++top) {
+    for (int left = 0; left + wanted.width <= shot.width; ++left) {
+      std::size_t i = 0;
+      for (int y = top; y < top + wanted.height; ++y) {
+        for (int x = left; x < left + wanted.width; ++x) {
+          const Colour& c = shot.At(x, y);
+          got[i++] = c.red;
+          got[i++] = c.green;
+          got[i++] = c.blue;
+        }
+      }
+      Normalise(got);
+      const double alike = std::inner_product(got.begin(), got.end(), expected.begin(), 0.0);
+      if (alike <= best) continue;
+      best = alike;
+      found = Point{left + wanted.width / 2, top + wanted.height / 2};
     }
   }
-  finish();
-  return tools;
+  return found;
 }
 
 std::string NameOf(const Colour& c) {

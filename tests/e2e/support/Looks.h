@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,15 +12,12 @@ namespace qv::e2e {
 // of strong colours.
 Area FindPicture(const Screenshot& shot);
 
-// The tools, from left to right.
-enum class Tool { kFlyMode, kWalkMode, kCameraLink, kSynchronizeCamera, kReloadData, kCount };
-
-// The middles, from left to right, of what stands out from the ground of the tool bar above
-// `picture`.
 struct Point {
   int x = 0, y = 0;
 };
-std::vector<Point> FindTools(const Screenshot& shot, const Area& picture);
+// The middle of the tool with the picture "images/NAME.png" of the viewer, in the rows above
+// `bottom`; enabled, disabled or pressed.
+std::optional<Point> FindTool(const Screenshot& shot, int bottom, const std::string& name);
 
 // "red", "green", "blue", "yellow", or the three numbers of a colour that is none of these.
 std::string NameOf(const Colour& colour);

@@ -45,20 +45,18 @@ class ViewerTest : public ::testing::Test {
   }
   std::size_t FinalPictures() const { return log_.Lines("picture shown: antialiased").size(); }
 
-  // Clicks a tool while the picture is of strong colours all over.
-  void ClickTool(Tool tool) {
+  // Clicks the tool with that picture, while the view's picture is of strong colours all over.
+  void ClickTool(const std::string& name) {
     // Away from the tools, which look different under the pointer.
     Screenshot shot = window_->Shoot();
     window_->MovePointer(shot.width / 2, shot.height / 2);
-    std::vector<Point> tools;
+    std::optional<Point> tool;
     ASSERT_TRUE(Eventually([&] {
       shot = window_->Shoot();
-      tools = FindTools(shot, FindPicture(shot));
-      return tools.size() == static_cast<std::size_t>(Tool::kCount);
-    })) << tools.size()
-        << " tools";
-    const Point& middle = tools[static_cast<std::size_t>(tool)];
-    window_->Click(middle.x, middle.y);
+      tool = FindTool(shot, FindPicture(shot).top, name);
+      return tool.has_value();
+    })) << name;
+    window_->Click(tool->x, tool->y);
   }
 
   template <class Condition>

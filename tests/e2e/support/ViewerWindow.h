@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace qv::e2e {
@@ -22,24 +23,27 @@ struct Screenshot {
 
 enum class Button { kLeft = 1, kMiddle = 2, kRight = 3 };
 
-// Keys: digits and capital letters stand for themselves.
-using Key = char;
-constexpr Key kSpace = ' ';
-constexpr Key kEnter = '\n';
-constexpr Key kShift = '^';
-constexpr Key kControl = '~';
+// Keys that are held: digits and capital letters stand for themselves.
+using HeldKey = char;
+constexpr HeldKey kSpace = ' ';
+constexpr HeldKey kEnter = '\n';
+constexpr HeldKey kShift = '^';
+constexpr HeldKey kControl = '~';
 
 struct Area {
   int left = 0, top = 0, width = 0, height = 0;
 };
 
-// The viewer's main window as the system knows it.
+// A window of the viewer as the system knows it.
 class ViewerWindow {
  public:
   // Waits until the window of that title is on the screen; null if it is not in time.
-  static std::unique_ptr<ViewerWindow> Find(std::chrono::milliseconds timeout);
-  // Whether a window of the viewer is on the screen now.
-  static bool Exists();
+  static std::unique_ptr<ViewerWindow> Find(std::chrono::milliseconds timeout,
+                                            const std::string& title = "Quorvane");
+  // Whether a window of that title is on the screen now.
+  static bool Exists(const std::string& title = "Quorvane");
+  // Closes the message boxes of a process. There are none where messages go to standard error.
+  static void DismissMessages(std::uint32_t process);
   ~ViewerWindow();
 
   Screenshot Shoot() const;
@@ -54,10 +58,16 @@ class ViewerWindow {
   void Press(Button button);
   void Release(Button button);
   void TurnWheel(int notches);  // away from the person
-  void KeyDown(Key key);
-  void KeyUp(Key key);
+  void KeyDown(HeldKey key);
+  void KeyUp(HeldKey key);
   // As when another program comes to the front.
   void LoseFocus();
+  // A click on the button "OK" of a dialog.
+  void ClickOk();
+  // Whether keys go to it.
+  bool IsActive() const;
+  // What is inside its frame, on the screen.
+  Area Place() const;
 
  private:
   struct Native;

@@ -6,15 +6,12 @@
 #include <X11/keysym.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <thread>
 #include <utility>
 
 namespace qv::e2e {
 namespace {
-
-constexpr const char* kTitle = "Quorvane";
 
 int IgnoreError(::Display*, XErrorEvent*) {
   return 0;
@@ -37,19 +34,19 @@ std::vector<::Window> ManagedWindows(::Display* display) {
   return windows;
 }
 
-bool IsViewer(::Display* display, ::Window window) {
+bool HasTitle(::Display* display, ::Window window, const std::string& title) {
   char* name = nullptr;
   XWindowAttributes attributes;
-  const bool matches = XFetchName(display, window, &name) && std::strcmp(name, kTitle) == 0 &&
+  const bool matches = XFetchName(display, window, &name) && title == name &&
                        XGetWindowAttributes(display, window, &attributes) &&
                        attributes.map_state == IsViewable;
   if (name) XFree(name);
   return matches;
 }
 
-::Window Look(::Display* display) {
+::Window Look(::Display* display, const std::string& title) {
   for (const ::Window window : ManagedWindows(display)) {
-    if (IsViewer(display, window)) return window;
+    if (HasTitle(display, window, title)) return window;
   }
   return None;
 }
@@ -67,7 +64,7 @@ void FakeButton(::Display* display, unsigned button, bool down) {
   XFlush(display);
 }
 
-void FakeKey(::Display* display, Key key, bool down) {
+void FakeKey(::Display* display, HeldKey key, bool down) {
   KeySym symbol = static_cast<KeySym>(key);
   if (key == kEnter) symbol = XK_Return;
   if (key == kShift) symbol = XK_Shift_L;
@@ -91,7 +88,8 @@ ViewerWindow::ViewerWindow(std::unique_ptr<Native> native) : native_(std::move(n
 
 ViewerWindow::~ViewerWindow() = default;
 
-std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout) {
+std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout,
+                                                 const std::string& title) {
   // A window may go at any moment.
   XSetErrorHandler(&IgnoreError);
   auto native = std::make_unique<Native>();
@@ -99,16 +97,18 @@ std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeo
   if (!native->display) return nullptr;
   const auto end = std::chrono::steady_clock::now() + timeout;
   while (true) {
-    native->window = Look(native->display);
+    native->window = Look(native->display, title);
     if (native->window) return std::unique_ptr<ViewerWindow>(new ViewerWindow(std::move(native)));
     if (std::chrono::steady_clock::now() >= end) return nullptr;
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   }
 }
 
-bool ViewerWindow::Exists() {
-  return Find(std::chrono::milliseconds(0)) != nullptr;
+bool ViewerWindow::Exists(const std::string& title) {
+  return Find(std::chrono::milliseconds(0), title) != nullptr;
 }
+
+void ViewerWindow::DismissMessages(std::uint32_t) {}
 
 Screenshot ViewerWindow::Shoot() const {
   XWindowAttributes attributes;
@@ -146,7 +146,11 @@ void ViewerWindow::Close() {
 }
 
 void ViewerWindow::Click(int x, int y) {
-  MovePointer(x, y);
+  int rootX = 0, rootY = 0;
+  ::Window child = None;
+  XTranslateCoordinates(native_->display, native_->window, DefaultRootWindow(native_->display), x,
+                        y, &rootX, &rootY, &child);
+  XTestFakeMotionEvent(native_->display, -1, rootX, rootY, 0);
   XTestFakeButtonEvent(native_->display, 1, True, 50);
   XTestFakeButtonEvent(native_->display, 1, False, 50);
   XFlush(native_->display);
@@ -177,17 +181,48 @@ void ViewerWindow::TurnWheel(int notches) {
   }
 }
 
-void ViewerWindow::KeyDown(Key key) {
+void ViewerWindow::KeyDown(HeldKey key) {
   FakeKey(native_->display, key, true);
 }
 
-void ViewerWindow::KeyUp(Key key) {
+void ViewerWindow::KeyUp(HeldKey key) {
   FakeKey(native_->display, key, false);
 }
 
 void ViewerWindow::LoseFocus() {
   XSetInputFocus(native_->display, DefaultRootWindow(native_->display), RevertToNone, CurrentTime);
   XFlush(native_->display);
+}
+
+// The toolkit has it in the lower right corner.
+void ViewerWindow::ClickOk() {
+  constexpr int kFromRight = 60, kFromBottom = 30;
+  const Area place = Place();
+  Click(place.width - kFromRight, place.height - kFromBottom);
+}
+
+bool ViewerWindow::IsActive() const {
+  const Atom name = XInternAtom(native_->display, "_NET_ACTIVE_WINDOW", False);
+  Atom type = None;
+  int format = 0;
+  unsigned long count = 0, rest = 0;
+  unsigned char* value = nullptr;
+  XGetWindowProperty(native_->display, DefaultRootWindow(native_->display), name, 0, 1, False,
+                     XA_WINDOW, &type, &format, &count, &rest, &value);
+  const bool active =
+      value && count == 1 && *reinterpret_cast<const unsigned long*>(value) == native_->window;
+  if (value) XFree(value);
+  return active;
+}
+
+Area ViewerWindow::Place() const {
+  XWindowAttributes attributes;
+  if (!XGetWindowAttributes(native_->display, native_->window, &attributes)) return {};
+  Area place{0, 0, attributes.width, attributes.height};
+  ::Window child = None;
+  XTranslateCoordinates(native_->display, native_->window, DefaultRootWindow(native_->display), 0,
+                        0, &place.left, &place.top, &child);
+  return place;
 }
 
 }  // namespace qv::e2e

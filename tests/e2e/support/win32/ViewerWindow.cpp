@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 #include <thread>
 #include <utility>
@@ -11,14 +12,30 @@
 namespace qv::e2e {
 namespace {
 
-constexpr wchar_t kTitle[] = L"Quorvane";
+// A window that is looked for among others.
+struct Wanted {
+  std::wstring title;
+  HWND found = nullptr;
+};
 
 BOOL CALLBACK Look(HWND window, LPARAM context) {
+  auto& wanted = *reinterpret_cast<Wanted*>(context);
   wchar_t title[64];
   const bool matches = IsWindowVisible(window) != 0 && GetWindowTextW(window, title, 64) > 0 &&
-                       std::wstring_view(title) == kTitle;
-  if (matches) *reinterpret_cast<HWND*>(context) = window;
+                       wanted.title == title;
+  if (matches) wanted.found = window;
   return matches ? FALSE : TRUE;
+}
+
+BOOL CALLBACK CloseMessage(HWND window, LPARAM process) {
+  wchar_t name[16];
+  DWORD owner = 0;
+  GetWindowThreadProcessId(window, &owner);
+  if (owner == static_cast<DWORD>(process) && IsWindowVisible(window) &&
+      GetClassNameW(window, name, 16) > 0 && std::wstring_view(name) == L"#32770") {
+    PostMessageW(window, WM_CLOSE, 0, 0);
+  }
+  return TRUE;
 }
 
 // What is inside the frame's border, on the screen.
@@ -57,6 +74,12 @@ std::vector<std::uint32_t> ScreenPixels(const RECT& part, int width, int height)
   return pixels;
 }
 
+// A tool under the pointer looks different.
+void TakePointerAway(HWND window) {
+  const RECT inside = Inside(window);
+  SetCursorPos((inside.left + inside.right) / 2, (inside.top + inside.bottom) / 2);
+}
+
 void SendMouse(DWORD what, int data = 0) {
   INPUT input{};
   input.type = INPUT_MOUSE;
@@ -65,7 +88,7 @@ void SendMouse(DWORD what, int data = 0) {
   SendInput(1, &input, sizeof(input));
 }
 
-void SendKey(Key key, DWORD flags) {
+void SendKey(HeldKey key, DWORD flags) {
   INPUT input{};
   input.type = INPUT_KEYBOARD;
   input.ki.wVk = static_cast<WORD>(key);
@@ -87,19 +110,31 @@ ViewerWindow::ViewerWindow(std::unique_ptr<Native> native) : native_(std::move(n
 
 ViewerWindow::~ViewerWindow() = default;
 
-std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout) {
+std::unique_ptr<ViewerWindow> ViewerWindow::Find(std::chrono::milliseconds timeout,
+                                                 const std::string& title) {
+  Wanted wanted{{title.begin(), title.end()}};
   auto native = std::make_unique<Native>();
   const auto end = std::chrono::steady_clock::now() + timeout;
   while (true) {
-    EnumWindows(Look, reinterpret_cast<LPARAM>(&native->window));
-    if (native->window) return std::unique_ptr<ViewerWindow>(new ViewerWindow(std::move(native)));
+    EnumWindows(Look, reinterpret_cast<LPARAM>(&wanted));
+    native->window = wanted.found;
+    if (native->window) {
+      TakePointerAway(native->window);
+      return std::unique_ptr<ViewerWindow>(new ViewerWindow(std::move(native)));
+    }
     if (std::chrono::steady_clock::now() >= end) return nullptr;
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   }
 }
 
-bool ViewerWindow::Exists() {
-  return Find(std::chrono::milliseconds(0)) != nullptr;
+bool ViewerWindow::Exists(const std::string& title) {
+  Wanted wanted{{title.begin(), title.end()}};
+  EnumWindows(Look, reinterpret_cast<LPARAM>(&wanted));
+  return wanted.found != nullptr;
+}
+
+void ViewerWindow::DismissMessages(std::uint32_t process) {
+  EnumWindows(CloseMessage, static_cast<LPARAM>(process));
 }
 
 Screenshot ViewerWindow::Shoot() const {
@@ -137,6 +172,8 @@ void ViewerWindow::Click(int x, int y) {
   Press(Button::kLeft);
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
   Release(Button::kLeft);
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  TakePointerAway(native_->window);
 }
 
 void ViewerWindow::MovePointer(int x, int y) {
@@ -161,16 +198,35 @@ void ViewerWindow::TurnWheel(int notches) {
   for (int i = 0; i < std::abs(notches); ++i) SendMouse(MOUSEEVENTF_WHEEL, direction);
 }
 
-void ViewerWindow::KeyDown(Key key) {
+void ViewerWindow::KeyDown(HeldKey key) {
   SendKey(key, 0);
 }
 
-void ViewerWindow::KeyUp(Key key) {
+void ViewerWindow::KeyUp(HeldKey key) {
   SendKey(key, KEYEVENTF_KEYUP);
 }
 
 void ViewerWindow::LoseFocus() {
   SetForegroundWindow(GetDesktopWindow());
+}
+
+void ViewerWindow::ClickOk() {
+  Wanted ok{L"OK"};
+  EnumChildWindows(native_->window, Look, reinterpret_cast<LPARAM>(&ok));
+  if (!ok.found) return;
+  const RECT button = Inside(ok.found);
+  const RECT inside = Inside(native_->window);
+  Click((button.left + button.right) / 2 - inside.left,
+        (button.top + button.bottom) / 2 - inside.top);
+}
+
+bool ViewerWindow::IsActive() const {
+  return GetForegroundWindow() == native_->window;
+}
+
+Area ViewerWindow::Place() const {
+  const RECT inside = Inside(native_->window);
+  return {inside.left, inside.top, inside.right - inside.left, inside.bottom - inside.top};
 }
 
 }  // namespace qv::e2e

@@ -1,0 +1,110 @@
+// The main frame's dialogs and layouts, and the tools that change how the picture is shaded.
+
+#include <wx/config.h>
+#include <wx/dialog.h>
+
+#include "app/LogPanel.h"
+#include "app/MainFrame.h"
+#include "app/Preferences.h"
+#include "app/PreferencesDialog.h"
+#include "app/ToolRules.h"
+#include "app/WindowLayout.h"
+#include "ui/CommandIds.h"
+
+namespace qv {
+namespace {
+
+const wxRect kMainRect(0, 0, 640, 480);
+const wxRect kLogRect(0, 0, 400, 300);
+
+}  // namespace
+
+void MainFrame::MakePanels() {
+  logPanel_ = new LogPanel(this);
+  mainLayout_ = std::make_unique<WindowLayout>(*this, "/Layouts/MainView/");
+  logLayout_ = std::make_unique<WindowLayout>(*logPanel_, "/Layouts/LogPanel/");
+  const auto scaled = [this](const wxRect& rect) {
+    return wxRect(rect.GetPosition(), FromDIP(rect.GetSize()));
+  };
+  // The frame is always shown, and the log only on request.
+  mainLayout_->Restore({scaled(kMainRect), GetMinSize(), true});
+  logLayout_->Restore({scaled(kLogRect), GetMinSize(), false});
+}
+
+void MainFrame::SaveLayouts() {
+  mainLayout_->Save();
+  logLayout_->Save();
+}
+
+void MainFrame::BindUpdateRules() {
+  for (const int tool :
+       {kIdCameraLink, kIdSynchronizeCamera, kIdBackground, kIdCapture, kIdReloadData}) {
+    Bind(
+        wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Enable(interactive_); }, tool);
+  }
+  const auto show = [](wxUpdateUIEvent& event, const ToolState& state) {
+    event.Enable(state.enabled);
+    event.Check(state.checked);
+  };
+  Bind(
+      wxEVT_UPDATE_UI,
+      [this, show](wxUpdateUIEvent& event) {
+        const RaytraceImpl* renderer = renderer_.get();
+        const bool used = renderer && renderer->UseAmbientOcclusion();
+        show(event, AmbientOcclusionTool(interactive_, used, {}));
+      },
+      kIdAmbientOcclusion);
+  Bind(
+      wxEVT_UPDATE_UI,
+      [this, show](wxUpdateUIEvent& event) {
+        const RaytraceImpl* renderer = renderer_.get();
+        show(event, LEMTool(interactive_, renderer && renderer->UseLEM(), {}));
+      },
+      kIdLEM);
+  Bind(
+      wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Check(logPanel_->IsShown()); },
+      kIdLogPanel);
+}
+
+int MainFrame::ShowDialog(wxDialog& dialog) {
+  openDialogs_.push_back(&dialog);
+  const int result = dialog.ShowModal();
+  openDialogs_.pop_back();
+  const bool leaves = closeAsked_ || closing_;
+  CatchUpWithClose();
+  return leaves ? wxID_CANCEL : result;
+}
+
+void MainFrame::OnPreferences(wxCommandEvent&) {
+  if (closing_ || waiting_) return;
+  PreferencesDialog dialog(this);
+  if (ShowDialog(dialog) != wxID_OK) return;
+  const Preferences chosen = Preferences::Load(*wxConfigBase::Get());
+  wxConfigBase::Get()->Flush();
+  showStatistics_ = chosen.showStatistics;
+  WithIdleRenderer([&](RaytraceImpl& renderer) {
+    ResizeTargets(renderer, chosen.antialiasIndex);
+    if (!receiving_) renderer.StartRenderSameCamera(ModeStill);
+  });
+  view_->Refresh(false);
+}
+
+void MainFrame::OnAmbientOcclusion(wxCommandEvent& event) {
+  RaytraceImpl* renderer = renderer_.get();
+  if (!renderer || receiving_) return;
+  renderer->SetUseAmbientOcclusion(event.IsChecked());
+  renderer->StartRenderSameCamera(ModeStill);
+}
+
+void MainFrame::OnLEM(wxCommandEvent& event) {
+  RaytraceImpl* renderer = renderer_.get();
+  if (!renderer || receiving_) return;
+  renderer->SetUseLEM(event.IsChecked());
+  renderer->StartRenderSameCamera(ModeStill);
+}
+
+void MainFrame::OnLogPanel(wxCommandEvent& event) {
+  logPanel_->Show(event.IsChecked());
+}
+
+}  // namespace qv

@@ -1,0 +1,113 @@
+#include "app/WindowLayout.h"
+
+#include <wx/config.h>
+#include <wx/display.h>
+
+namespace qv {
+namespace {
+
+// After a window is shown, until it stands where the window manager has put it.
+constexpr int kSettleMilliseconds = 300;
+
+int ReadInt(const wxConfigBase& settings, const wxString& key, int fallback) {
+  return static_cast<int>(settings.ReadLong(key, fallback));
+}
+
+}  // namespace
+
+LayoutPlan PlanLayout(const wxConfigBase& settings, const wxString& prefix,
+                      const LayoutDefaults& defaults,
+                      const std::function<bool(const wxPoint&)>& isOnDisplay) {
+  LayoutPlan plan;
+  plan.maximized = settings.ReadBool(prefix + "Maximized", false);
+  plan.rect = wxRect(ReadInt(settings, prefix + "PosX", defaults.rect.x),
+                     ReadInt(settings, prefix + "PosY", defaults.rect.y),
+                     ReadInt(settings, prefix + "Width", defaults.rect.width),
+                     ReadInt(settings, prefix + "Height", defaults.rect.height));
+  if (!isOnDisplay(plan.rect.GetPosition())) {
+    plan.rect = defaults.rect;
+    return plan;
+  }
+  if (plan.rect.width < defaults.minimum.x || plan.rect.height < defaults.minimum.y) {
+    plan.rect.SetSize(defaults.minimum);
+  }
+  plan.visible = settings.ReadBool(prefix + "Visible", defaults.visible);
+  return plan;
+}
+
+void StoreLayout(wxConfigBase& settings, const wxString& prefix, const wxRect& rect, bool visible,
+                 bool maximized) {
+  settings.Write(prefix + "PosX", static_cast<long>(rect.x));
+  settings.Write(prefix + "Posy", static_cast<long>(rect.y));
+  settings.Write(prefix + "Width", static_cast<long>(rect.width));
+  settings.Write(prefix + "Height", static_cast<long>(rect.height));
+  settings.Write(prefix + "Visible", visible);
+  settings.Write(prefix + "Maximized", maximized);
+}
+
+WindowLayout::WindowLayout(wxTopLevelWindow& window, const wxString& prefix)
+    : window_(&window), prefix_(prefix), normalRect_(window.GetRect()) {
+  window_->Bind(wxEVT_SIZE, &WindowLayout::OnSize, this);
+  window_->Bind(wxEVT_MOVE, &WindowLayout::OnMove, this);
+  window_->Bind(wxEVT_SHOW, &WindowLayout::OnShow, this);
+  settled_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { PlaceAgain(); });
+}
+
+WindowLayout::~WindowLayout() {
+  if (!window_) return;
+  window_->Unbind(wxEVT_SIZE, &WindowLayout::OnSize, this);
+  window_->Unbind(wxEVT_MOVE, &WindowLayout::OnMove, this);
+  window_->Unbind(wxEVT_SHOW, &WindowLayout::OnShow, this);
+}
+
+std::optional<bool> WindowLayout::Restore(const LayoutDefaults& defaults) {
+  const LayoutPlan plan = PlanLayout(
+      *wxConfigBase::Get(), prefix_, defaults,
+      [](const wxPoint& position) { return wxDisplay::GetFromPoint(position) != wxNOT_FOUND; });
+  normalRect_ = plan.rect;
+  window_->SetSize(plan.rect);
+  placed_ = window_->IsShown();
+  if (plan.maximized) window_->Maximize();
+  return plan.visible;
+}
+
+void WindowLayout::Save() const {
+  if (!window_) return;
+  StoreLayout(*wxConfigBase::Get(), prefix_, normalRect_, window_->IsShown(),
+              window_->IsMaximized());
+}
+
+void WindowLayout::OnSize(wxSizeEvent& event) {
+  event.Skip();
+  NoteRect();
+}
+
+void WindowLayout::OnMove(wxMoveEvent& event) {
+  event.Skip();
+  NoteRect();
+}
+
+void WindowLayout::OnShow(wxShowEvent& event) {
+  event.Skip();
+  if (!placed_ && event.IsShown()) settled_.StartOnce(kSettleMilliseconds);
+}
+
+// Window managers put a new window where they like, and do not always tell. One that believes to be
+// in its place already is only moved by way of another.
+void WindowLayout::PlaceAgain() {
+  if (!window_) return;
+  if (!window_->IsMaximized()) {
+    window_->Move(normalRect_.x + 1, normalRect_.y);
+    window_->Move(normalRect_.GetPosition());
+  }
+  placed_ = true;
+  NoteRect();
+}
+
+void WindowLayout::NoteRect() {
+  if (placed_ && window_->IsShown() && !window_->IsMaximized() && !window_->IsIconized()) {
+    normalRect_ = window_->GetRect();
+  }
+}
+
+}  // namespace qv

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "e2e/support/Looks.h"
+#include "e2e/support/ViewerTest.h"
+
+namespace qv::e2e {
+
+// A test that looks at the picture of the four quarters.
+class QuartersTest : public ViewerTest {
+ protected:
+  const std::vector<std::string> kQuarters{"red", "green", "blue", "yellow"};
+
+  // Starts the viewer and shows the four quarters.
+  void ShowQuarters() {
+    ASSERT_NO_FATAL_FAILURE(StartViewer());
+    ASSERT_TRUE(SendQuarters(host_->link()));
+    ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
+    ASSERT_TRUE(AwaitFinalPicture());
+    ASSERT_TRUE(SettlesTo(kQuarters));
+  }
+
+  // What the log tells may be a moment ahead of the screen.
+  bool SettlesTo(const std::vector<std::string>& quarters) {
+    return Eventually([&] {
+      shot_ = window_->Shoot();
+      area_ = FindPicture(shot_);
+      return area_.width > 0 && QuarterColours(shot_, area_) == quarters;
+    });
+  }
+
+  // Between the last picture and one of the same size, without the rows of the statistics, which
+  // tell other times; -1 if the sizes differ.
+  int DifferentPixels(const Screenshot& before) const {
+    if (shot_.width != before.width || shot_.height != before.height) return -1;
+    int different = 0;
+    for (int y = area_.top + 30; y < area_.top + area_.height; ++y) {
+      for (int x = area_.left; x < area_.left + area_.width; ++x) {
+        const Colour &a = before.At(x, y), &b = shot_.At(x, y);
+        different += a.red != b.red || a.green != b.green || a.blue != b.blue;
+      }
+    }
+    return different;
+  }
+
+  std::string LoggedSize() {
+    const auto lines = log_.Lines("picture shown: antialiased");
+    std::istringstream line(lines.back().substr(lines.back().find("antialiased")));
+    std::string word, size;
+    line >> word >> size;
+    return size;
+  }
+
+  std::string AreaSize() const {
+    return std::to_string(area_.width) + 'x' + std::to_string(area_.height) + ',';
+  }
+
+  // Waits for a dialog that keys go to.
+  std::unique_ptr<ViewerWindow> AwaitDialog(const std::string& title) {
+    auto dialog = ViewerWindow::Find(kPatience, title);
+    if (!dialog || !Eventually([&] { return dialog->IsActive(); }, kSoon)) return nullptr;
+    // Until what is in it stands where it stays.
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    return dialog;
+  }
+  bool Leaves(const std::string& title) {
+    return Eventually([&] { return !ViewerWindow::Exists(title); }, kSoon);
+  }
+
+  Screenshot shot_;
+  Area area_;
+};
+
+}  // namespace qv::e2e
