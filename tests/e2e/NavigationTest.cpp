@@ -25,7 +25,7 @@ class Navigation : public ViewerTest {
     // What the log tells may be a moment ahead of the screen.
     ASSERT_TRUE(Eventually([&] {
       area_ = FindPicture(window_->Shoot());
-      return area_.width > 700 && area_.height > 400;
+      return area_.width > 550 && area_.height > 300;
     }));
   }
   void Link() {
