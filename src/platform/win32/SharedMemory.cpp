@@ -45,7 +45,8 @@ SharedMemory& SharedMemory::operator=(SharedMemory&&) noexcept = default;
 
 SharedMemory SharedMemory::Create(const std::string& name, std::size_t size) {
   SharedMemory memory;
-  Handle mapping = CreateMapping(size, ToWide(name).c_str());
+  const std::wstring wide = ToWide(name);
+  Handle mapping = CreateMapping(size, wide.c_str());
   const bool taken = GetLastError() == ERROR_ALREADY_EXISTS;
   if (!mapping || taken) return memory;
   auto impl = std::make_unique<Impl>(std::move(mapping));
