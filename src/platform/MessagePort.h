@@ -9,8 +9,10 @@
 
 namespace qv::platform {
 
-// What a peer answers to a sent message: a block of memory, or a plain number where there is none.
+// What a peer answers to a sent message: a block of memory, or nothing.
 struct MessageReply {
+  // The number that travels where there is no block. On Windows none does: there a number would be
+  // taken for a handle.
   std::uint64_t value = 0;
   SharedMemory record;
 };

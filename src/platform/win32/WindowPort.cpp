@@ -17,6 +17,9 @@ constexpr wchar_t kClassName[] = L"QuorvaneLinkPort";
 constexpr UINT kFirstNumber = WM_APP;
 constexpr UINT kLastNumber = 0xBFFF;
 
+// As many messages as a queue holds: what comes while these are handled is for the next time.
+constexpr int kLongestQueue = 10000;
+
 // The process that records are handed to. Opened with all rights, or where the system grants these
 // to nobody (a process of another integrity level) with those that are used.
 class Peer {
@@ -44,7 +47,9 @@ class Peer {
     return there;
   }
 
+  // Closes what was handed over and did not get there.
   void TakeBack(HANDLE there) const {
+    if (there == nullptr) return;
     DuplicateHandle(process_.get(), there, nullptr, nullptr, 0, FALSE, DUPLICATE_CLOSE_SOURCE);
   }
 
@@ -69,7 +74,8 @@ class WindowPort : public MessagePort {
     const std::shared_ptr<const Peer> peer = ThePeer();
     const HANDLE there = record ? peer->HandOver(record) : nullptr;
     if (record && there == nullptr) return;
-    if (PostMessageW(target, number, reinterpret_cast<WPARAM>(there), 0) == 0 && there != nullptr) {
+    record = {};
+    if (PostMessageW(target, number, reinterpret_cast<WPARAM>(there), 0) == 0) {
       peer->TakeBack(there);
     }
   }
@@ -81,10 +87,11 @@ class WindowPort : public MessagePort {
     const HANDLE there = record ? peer->HandOver(record) : nullptr;
     if (record && there == nullptr) return {};
     record = {};
-    const std::optional<LRESULT> result = SendToWindow(
-        target, number, reinterpret_cast<WPARAM>(there), close_.get(), peer->process());
-    if (!result) return {};
-    return {static_cast<std::uint64_t>(*result), SharedMemory::Adopt(*result)};
+    const SendEnds ends{.close = close_.get(), .process = peer->process(), .patience = {}};
+    const SendOutcome outcome = SendToWindow(target, number, reinterpret_cast<WPARAM>(there), ends);
+    if (outcome.kind == SendOutcome::Kind::kNotSent) peer->TakeBack(there);
+    if (outcome.kind != SendOutcome::Kind::kAnswered) return {};
+    return ReplyOf(outcome.result);
   }
 
   void Close() override { SetEvent(close_.get()); }
@@ -94,6 +101,8 @@ class WindowPort : public MessagePort {
 
   // The window that messages go to; null if there is none.
   virtual HWND Target() const = 0;
+  // What a window of the other side answered.
+  virtual MessageReply ReplyOf(LRESULT result) const = 0;
 
   bool closed() const { return WaitForSingleObject(close_.get(), 0) == WAIT_OBJECT_0; }
   HANDLE closeEvent() const { return close_.get(); }
@@ -130,6 +139,8 @@ class ViewerPort final : public WindowPort {
 
  protected:
   HWND Target() const override { return IsWindow(host_) != 0 ? host_ : nullptr; }
+  // A host answers with a mapping or with nothing.
+  MessageReply ReplyOf(LRESULT result) const override { return {0, SharedMemory::Adopt(result)}; }
 
  private:
   const HWND host_;
@@ -168,16 +179,17 @@ class HostPort final : public WindowPort {
 
   void Dispatch() override {
     MSG message;
-    while (!closed() && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+    for (int left = kLongestQueue;
+         left > 0 && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0; --left) {
       DispatchMessageW(&message);
     }
   }
 
   bool WaitAndDispatch(std::chrono::milliseconds timeout) override {
     const HANDLE close = closeEvent();
-    const DWORD woken = MsgWaitForMultipleObjectsEx(1, &close, static_cast<DWORD>(timeout.count()),
-                                                    QS_ALLINPUT, MWMO_INPUTAVAILABLE);
-    if (woken == WAIT_OBJECT_0) return false;
+    MsgWaitForMultipleObjectsEx(1, &close, static_cast<DWORD>(timeout.count()), QS_ALLINPUT,
+                                MWMO_INPUTAVAILABLE);
+    // Once closed too: what is in the queue may carry records, which are given back.
     Dispatch();
     return !closed();
   }
@@ -189,6 +201,8 @@ class HostPort final : public WindowPort {
     if (frame_ == nullptr) frame_ = FindFrame(ThePeer()->id());
     return frame_ != nullptr && IsWindow(frame_) != 0 ? frame_ : nullptr;
   }
+  // A frame answers with a number that means nothing.
+  MessageReply ReplyOf(LRESULT) const override { return {}; }
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT number, WPARAM wParam, LPARAM lParam) {
@@ -205,10 +219,10 @@ class HostPort final : public WindowPort {
   }
 
   LRESULT Answer(UINT number, WPARAM wParam) {
+    SharedMemory record = SharedMemory::Adopt(static_cast<std::intptr_t>(wParam));
     if (closed() || !handler_) return 0;
-    MessageReply reply = handler_(number, SharedMemory::Adopt(static_cast<std::intptr_t>(wParam)));
-    if (reply.record) return reinterpret_cast<LRESULT>(ThePeer()->HandOver(reply.record));
-    return static_cast<LRESULT>(reply.value);
+    const MessageReply reply = handler_(number, std::move(record));
+    return reply.record ? reinterpret_cast<LRESULT>(ThePeer()->HandOver(reply.record)) : 0;
   }
 
   const Handler handler_;
