@@ -38,8 +38,8 @@ class MessagePort {
   static std::unique_ptr<MessagePort> Listen(Handler handler, Notify notify);
 
   // The viewer's end: connects to the host's window. The calling thread becomes the owner.
-  // `processId` is the process that records are handed to. Never null: with a host that is not
-  // there every Send answers 0 at once. On Windows the host's messages to the frame arrive in the
+  // `processId` is the process that records are handed to, and on Windows that the window must
+  // belong to. Never null: with a host that is not there every Send answers 0 at once. On Windows the host's messages to the frame arrive in the
   // frame's own window procedure, not here.
   static std::unique_ptr<MessagePort> Connect(std::uint32_t hostWindow, std::uint32_t processId,
                                               Handler handler, Notify notify);

@@ -20,6 +20,12 @@ constexpr UINT kLastNumber = 0xBFFF;
 // As many messages as a queue holds: what comes while these are handled is for the next time.
 constexpr int kLongestQueue = 10000;
 
+// Window numbers are used again, so that a number may be a window of anybody.
+bool IsWindowOf(HWND window, DWORD processId) {
+  DWORD owner = 0;
+  return GetWindowThreadProcessId(window, &owner) != 0 && owner == processId;
+}
+
 // The process that records are handed to. Opened with all rights, or where the system grants these
 // to nobody (a process of another integrity level) with those that are used.
 class Peer {
@@ -138,7 +144,7 @@ class ViewerPort final : public WindowPort {
   }
 
  protected:
-  HWND Target() const override { return IsWindow(host_) != 0 ? host_ : nullptr; }
+  HWND Target() const override { return IsWindowOf(host_, ThePeer()->id()) ? host_ : nullptr; }
   // A host answers with a mapping or with nothing.
   MessageReply ReplyOf(LRESULT result) const override { return {0, SharedMemory::Adopt(result)}; }
 
@@ -199,7 +205,7 @@ class HostPort final : public WindowPort {
   HWND Target() const override {
     const std::lock_guard<std::mutex> lock(frameMutex_);
     if (frame_ == nullptr) frame_ = FindFrame(ThePeer()->id());
-    return frame_ != nullptr && IsWindow(frame_) != 0 ? frame_ : nullptr;
+    return IsWindowOf(frame_, ThePeer()->id()) ? frame_ : nullptr;
   }
   // A frame answers with a number that means nothing.
   MessageReply ReplyOf(LRESULT) const override { return {}; }
