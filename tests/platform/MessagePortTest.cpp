@@ -126,6 +126,25 @@ TEST(MessagePort, CloseEndsTheWaitForAnAnswer) {
   release = true;
 }
 
+TEST(MessagePort, OnlyTheOwnersPatienceEnds) {
+  std::atomic<bool> release{false};
+  PortThread host([&release](std::uint32_t number, SharedMemory) {
+    while (number == kFirst && !release) SleepMilliseconds(1);
+    return MessageReply{0, RecordOf(static_cast<int>(number))};
+  });
+  const auto viewer = MessagePort::Connect(host.port().window(), CurrentProcessId(), {}, {},
+                                           std::chrono::milliseconds(50));
+  EXPECT_FALSE(viewer->Send(kFirst, RecordOf(1)).record);
+  std::thread other([&viewer] {
+    EXPECT_EQ(ValueOf(viewer->Send(kFirst, RecordOf(2)).record), static_cast<int>(kFirst));
+  });
+  SleepMilliseconds(200);
+  release = true;
+  other.join();
+  // The late answer is nobody's.
+  EXPECT_EQ(ValueOf(viewer->Send(kFirst + 1, RecordOf(3)).record), static_cast<int>(kFirst) + 1);
+}
+
 TEST(MessagePort, TheHostsEndEndsTheWaitForAnAnswer) {
   auto host =
       std::make_unique<PortThread>([](std::uint32_t, SharedMemory) { return MessageReply(); });

@@ -93,7 +93,8 @@ class WindowPort : public MessagePort {
     const HANDLE there = record ? peer->HandOver(record) : nullptr;
     if (record && there == nullptr) return {};
     record = {};
-    const SendEnds ends{.close = close_.get(), .process = peer->process(), .patience = {}};
+    SendEnds ends{.close = close_.get(), .process = peer->process(), .patience = {}};
+    if (GetCurrentThreadId() == owner_) ends.patience = ownersPatience_;
     const SendOutcome outcome = SendToWindow(target, number, reinterpret_cast<WPARAM>(there), ends);
     if (outcome.kind == SendOutcome::Kind::kNotSent) peer->TakeBack(there);
     if (outcome.kind != SendOutcome::Kind::kAnswered) return {};
@@ -103,7 +104,8 @@ class WindowPort : public MessagePort {
   void Close() override { SetEvent(close_.get()); }
 
  protected:
-  explicit WindowPort(std::shared_ptr<const Peer> peer) : peer_(std::move(peer)) {}
+  WindowPort(std::shared_ptr<const Peer> peer, std::chrono::milliseconds ownersPatience)
+      : ownersPatience_(ownersPatience), peer_(std::move(peer)) {}
 
   // The window that messages go to; null if there is none.
   virtual HWND Target() const = 0;
@@ -123,6 +125,8 @@ class WindowPort : public MessagePort {
   }
 
  private:
+  const DWORD owner_ = GetCurrentThreadId();
+  const std::chrono::milliseconds ownersPatience_;
   const Handle close_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   mutable std::mutex peerMutex_;
   std::shared_ptr<const Peer> peer_;  // never null
@@ -131,8 +135,8 @@ class WindowPort : public MessagePort {
 // The viewer's end. Messages of the host go to the frame's own window procedure.
 class ViewerPort final : public WindowPort {
  public:
-  ViewerPort(HWND host, DWORD processId)
-      : WindowPort(std::make_shared<const Peer>(processId)), host_(host) {}
+  ViewerPort(HWND host, DWORD processId, std::chrono::milliseconds ownersPatience)
+      : WindowPort(std::make_shared<const Peer>(processId), ownersPatience), host_(host) {}
 
   std::uint32_t window() const override {
     return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(host_));
@@ -156,7 +160,7 @@ class ViewerPort final : public WindowPort {
 class HostPort final : public WindowPort {
  public:
   explicit HostPort(Handler handler)
-      : WindowPort(std::make_shared<const Peer>()), handler_(std::move(handler)) {
+      : WindowPort(std::make_shared<const Peer>(), kOwnersPatience), handler_(std::move(handler)) {
     WNDCLASSW description{};
     description.lpfnWndProc = &HostPort::Procedure;
     description.hInstance = GetModuleHandleW(nullptr);
@@ -246,9 +250,10 @@ std::unique_ptr<MessagePort> MessagePort::Listen(Handler handler, Notify) {
 }
 
 std::unique_ptr<MessagePort> MessagePort::Connect(std::uint32_t hostWindow, std::uint32_t processId,
-                                                  Handler, Notify) {
+                                                  Handler, Notify,
+                                                  std::chrono::milliseconds ownersPatience) {
   const auto window = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(hostWindow));
-  return std::make_unique<ViewerPort>(window, processId);
+  return std::make_unique<ViewerPort>(window, processId, ownersPatience);
 }
 
 }  // namespace qv::platform
