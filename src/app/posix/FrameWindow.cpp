@@ -13,7 +13,7 @@ wxDEFINE_EVENT(EVT_FRAME_MESSAGE, wxThreadEvent);
 
 FrameWindow::FrameWindow(wxWindow* parent) : _MainFrame(parent), sizeSettled_(this) {
   Bind(EVT_FRAME_MESSAGE, [this](wxThreadEvent& event) {
-    if (IsShown()) HandleFrameMessage(static_cast<std::uint32_t>(event.GetExtraLong()));
+    HandleFrameMessage(static_cast<std::uint32_t>(event.GetExtraLong()));
   });
   Bind(wxEVT_SIZE, &FrameWindow::OnSize, this);
   Bind(

@@ -14,10 +14,11 @@ class FrameWindow : public _MainFrame {
  public:
   explicit FrameWindow(wxWindow* parent);
 
-  // Has HandleFrameMessage called on the GUI thread soon, if the frame is visible then. Any thread.
+  // Has HandleFrameMessage called on the GUI thread soon. Any thread.
   void PostToSelf(std::uint32_t number);
 
  protected:
+  // Also while the frame is hidden.
   virtual void HandleFrameMessage(std::uint32_t number) = 0;
   // Around a change of size by dragging; OnFrameSize comes between.
   virtual void OnSizeMoveEntered() = 0;

@@ -24,12 +24,13 @@ void* FrameWindow::NativeHandle() const {
 }
 
 WXLRESULT FrameWindow::MSWDefWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) {
-  if (!IsShown()) return _MainFrame::MSWDefWindowProc(message, wParam, lParam);
   switch (message) {
     case WM_ENTERSIZEMOVE:
+      if (!IsShown()) break;
       OnSizeMoveEntered();
       return 0;
     case WM_EXITSIZEMOVE:
+      if (!IsShown()) break;
       OnSizeMoveExited();
       return 0;
     case WM_VIEWER_UPDATE_STATUS:
