@@ -3,7 +3,6 @@
 #include <wx/app.h>
 #include <wx/config.h>
 #include <wx/dcclient.h>
-#include <wx/evtloop.h>
 #include <wx/menu.h>
 
 #include <algorithm>
@@ -81,7 +80,7 @@ MainFrame::~MainFrame() {
 void MainFrame::CreateRenderer(int antialiasIndex) {
   receiving_ = true;
   auto renderer = std::make_unique<RaytraceImpl>();
-  renderer->SetYield([this] { YieldToWindows(); });
+  renderer->SetYield([] { YieldToWindows(); });
   renderer->SetCallbacks(
       {.passDone = [this] { PictureStands(); },
        .progress = [this](float value) { SetProgress(value); },
@@ -92,7 +91,7 @@ void MainFrame::CreateRenderer(int antialiasIndex) {
 
 void MainFrame::DestroyRenderer() {
   const WaitScope wait(*this);
-  const std::unique_ptr<RaytraceImpl> renderer = renderer_.Take([this] { YieldToWindows(); });
+  const std::unique_ptr<RaytraceImpl> renderer = renderer_.Take([] { YieldToWindows(); });
   if (renderer) renderer->StopRender();
   painter_.RendererCleared();
 }
@@ -155,11 +154,6 @@ void MainFrame::HandleFrameMessage(std::uint32_t number) {
   }
 }
 
-void MainFrame::YieldToWindows() {
-  wxEventLoopBase* loop = wxEventLoopBase::GetActive();
-  if (loop && !loop->IsYielding()) loop->YieldFor(wxEVT_CATEGORY_UI);
-}
-
 void MainFrame::EnableContents(bool enable) {
   // Not the frame itself: a disabled window cannot be closed or moved either.
   for (wxWindow* child : GetChildren()) {
@@ -216,7 +210,7 @@ void MainFrame::Shutdown() {
   DestroyRenderer();
   if (!link_) return;
   link_->TellClosed();
-  link_->Stop([this] { YieldToWindows(); });
+  link_->Stop([] { YieldToWindows(); });
   link_.reset();
 }
 

@@ -1,5 +1,7 @@
 #include "FrameWindow.h"
 
+#include <wx/evtloop.h>
+
 namespace qv {
 namespace {
 
@@ -31,6 +33,11 @@ void FrameWindow::OnSize(wxSizeEvent& event) {
   if (!sizeSettled_.IsRunning()) OnSizeMoveEntered();
   sizeSettled_.StartOnce(kSettleMilliseconds);
   OnFrameSize();
+}
+
+void FrameWindow::YieldToWindows() {
+  wxEventLoopBase* loop = wxEventLoopBase::GetActive();
+  if (loop && !loop->IsYielding()) loop->YieldFor(wxEVT_CATEGORY_UI);
 }
 
 void* FrameWindow::NativeHandle() const {

@@ -25,6 +25,10 @@ class FrameWindow : public _MainFrame {
   virtual void OnSizeMoveExited() = 0;
   virtual void OnFrameSize() = 0;
 
+  // For waits on the GUI thread: lets windows be painted; input, timers' work and work of other
+  // threads stay queued.
+  static void YieldToWindows();
+
   // What the renderer is given as the window handle.
   void* NativeHandle() const;
 
