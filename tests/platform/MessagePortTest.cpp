@@ -76,6 +76,7 @@ TEST(MessagePort, AnswersEachOfManyThreadsItsOwn) {
   const auto viewer = ConnectTo(host);
   std::atomic<int> right{0};
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([&viewer, &right, t] {
       for (int i = 0; i < 50; ++i) {
