@@ -4,7 +4,6 @@
 #include <wx/config.h>
 #include <wx/dcclient.h>
 #include <wx/dialog.h>
-#include <wx/evtloop.h>
 #include <wx/menu.h>
 
 #include <algorithm>
@@ -69,7 +68,7 @@ void MainFrame::CreateRenderer(int antialiasIndex) {
   receiving_ = true;
   auto renderer = std::make_unique<RaytraceImpl>(RaytraceImpl::Options{
       .cubeMapFolder = sky::CubeMapFolder(platform::ProgramPath().parent_path())});
-  renderer->SetYield([this] { YieldToWindows(); });
+  renderer->SetYield([] { YieldToWindows(); });
   renderer->SetCallbacks(
       {.passDone = [this] { PictureStands(); },
        .progress = [this](float value) { SetProgress(value); },
@@ -80,7 +79,7 @@ void MainFrame::CreateRenderer(int antialiasIndex) {
 
 void MainFrame::DestroyRenderer() {
   const WaitScope wait(*this);
-  const std::unique_ptr<RaytraceImpl> renderer = renderer_.Take([this] { YieldToWindows(); });
+  const std::unique_ptr<RaytraceImpl> renderer = renderer_.Take([] { YieldToWindows(); });
   if (renderer) {
     renderer->AbandonRender();
     renderer->StopRender();
@@ -150,11 +149,6 @@ void MainFrame::HandleFrameMessage(std::uint32_t number) {
   } else if (link_) {
     link_->HandleFrameMessage(number);
   }
-}
-
-void MainFrame::YieldToWindows() {
-  wxEventLoopBase* loop = wxEventLoopBase::GetActive();
-  if (loop && !loop->IsYielding()) loop->YieldFor(wxEVT_CATEGORY_UI);
 }
 
 void MainFrame::EnableContents(bool enable) {
@@ -235,7 +229,7 @@ void MainFrame::Shutdown() {
   DestroyRenderer();
   if (!link_) return;
   link_->TellClosed();
-  link_->Stop([this] { YieldToWindows(); });
+  link_->Stop([] { YieldToWindows(); });
   link_.reset();
 }
 

@@ -143,8 +143,6 @@ class MainFrame : public FrameWindow, public IQuorvane, private NavigationSite {
   void ResizeTargets(RaytraceImpl& renderer, int antialiasIndex);
   // After a change of size: the picture once more, if its size is no longer that of the view.
   void FollowViewSize();
-  // Lets windows be painted and moved; input, timers' work and work of other threads stay queued.
-  void YieldToWindows();
   // Closes the frame soon if that was asked for while it could not be done.
   void CatchUpWithClose();
   // Disables or enables all that is in the frame.

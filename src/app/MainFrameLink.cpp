@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "app/FrameMessages.h"
-#include "app/HostText.h"
 #include "app/MainFrame.h"
 #include "app/ModelProperties.h"
 #include "app/Preferences.h"
@@ -85,7 +84,7 @@ void MainFrame::EndMesh() {
 }
 
 void MainFrame::SetModelDirectory(const std::string& text) {
-  const wxString directory = TextFromHost(text);
+  const wxString directory = wxString::FromUTF8(text);
   const std::lock_guard lock(textMutex_);
   modelDirectory_ = directory;
 }
@@ -183,7 +182,7 @@ void MainFrame::SceneBuilt() {
 }
 
 void MainFrame::SetStatusMessage(const std::string& text) {
-  ShowStatusText(TextFromHost(text));
+  ShowStatusText(wxString::FromUTF8(text));
 }
 
 void MainFrame::ShowStatusText(const wxString& text) {

@@ -37,7 +37,7 @@ struct MaterialParameters {
   float shadingFlag = 0;  // kept, read by no shading
   float opacity = 1;      // 1 is opaque
   bool hasTexture = false;
-  std::string texturePath;  // narrow, in the current multibyte encoding; only with hasTexture
+  std::string texturePath;  // UTF-8 on Windows, bytes of a name on Linux; only with hasTexture
   float bumpFactor = 0;     // from 0.001 on the texture also bends the normal
 };
 

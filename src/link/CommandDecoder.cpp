@@ -8,6 +8,7 @@
 #include "core/Log.h"
 #include "link/RecordConversions.h"
 #include "link/Records.h"
+#include "platform/NarrowText.h"
 
 namespace qv {
 
@@ -128,6 +129,7 @@ bool CommandDecoder::AddMaterial(std::span<std::byte> area, AreaReader& reader) 
                        parameters.texturePath)) {
     return false;
   }
+  parameters.texturePath = platform::FileNameFromNarrow(parameters.texturePath);
   parameters.ambientColor = ToVec3(record.ambientColor);
   parameters.diffuseColor = ToVec3(record.diffuseColor);
   parameters.specularColor = ToVec3(record.specularColor);
@@ -208,7 +210,7 @@ bool CommandDecoder::SetModelDirectory(AreaReader& reader) {
   if (!reader.ReadRecord(record) || !reader.ReadText("the text", record.text, kNoLimit, text)) {
     return false;
   }
-  frame_.SetModelDirectory(text);
+  frame_.SetModelDirectory(platform::Utf8FromNarrow(text));
   return true;
 }
 
@@ -240,7 +242,7 @@ bool CommandDecoder::SetStatusMessage(AreaReader& reader) {
   if (!reader.ReadRecord(record) || !reader.ReadText("the text", record.text, kNoLimit, text)) {
     return false;
   }
-  frame_.SetStatusMessage(text);
+  frame_.SetStatusMessage(platform::Utf8FromNarrow(text));
   return true;
 }
 

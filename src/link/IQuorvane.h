@@ -38,7 +38,7 @@ class IQuorvane {
   virtual void AddLEMLight(const Vec3& emission, std::span<const float> vertices) = 0;
   virtual void AddMeshData(std::span<const MeshVertex> vertices,
                            std::span<const MeshTriangle> triangles) = 0;
-  // Text in the current multibyte encoding.
+  // Texts are UTF-8.
   virtual void SetModelDirectory(const std::string& text) = 0;
   virtual void BeginBillboard() = 0;
   virtual void EndBillboard(const Vec3& position, const Vec2& direction) = 0;

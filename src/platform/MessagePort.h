@@ -9,8 +9,10 @@
 
 namespace qv::platform {
 
-// What a peer answers to a sent message: a block of memory, or a plain number where there is none.
+// What a peer answers to a sent message: a block of memory, or nothing.
 struct MessageReply {
+  // The number that travels where there is no block. On Windows none does: there a number would be
+  // taken for a handle.
   std::uint64_t value = 0;
   SharedMemory record;
 };
@@ -29,6 +31,10 @@ class MessagePort {
   using Handler = std::function<MessageReply(std::uint32_t number, SharedMemory record)>;
   using Notify = std::function<void()>;
 
+  // How long a Send of the owner waits for a peer that is there and does not answer: an owner has
+  // windows, which stand still meanwhile. Other threads wait as long as it takes.
+  static constexpr std::chrono::seconds kOwnersPatience{10};
+
   virtual ~MessagePort() = default;
 
   // The host's end: a window of its own that receives. The calling thread becomes the owner. Null
@@ -36,11 +42,12 @@ class MessagePort {
   static std::unique_ptr<MessagePort> Listen(Handler handler, Notify notify);
 
   // The viewer's end: connects to the host's window. The calling thread becomes the owner.
-  // `processId` is the process that records are handed to. Never null: with a host that is not
-  // there every Send answers 0 at once. On Windows the host's messages to the frame arrive in the
-  // frame's own window procedure, not here.
-  static std::unique_ptr<MessagePort> Connect(std::uint32_t hostWindow, std::uint32_t processId,
-                                              Handler handler, Notify notify);
+  // `processId` is the process that records are handed to, and on Windows that the window must
+  // belong to. Never null: with a host that is not there every Send answers 0 at once. On Windows
+  // the host's messages to the frame arrive in the frame's own window procedure, not here.
+  static std::unique_ptr<MessagePort> Connect(
+      std::uint32_t hostWindow, std::uint32_t processId, Handler handler, Notify notify,
+      std::chrono::milliseconds ownersPatience = kOwnersPatience);
 
   // The number that a peer connects to: what goes on the viewer's command line as "windowhandle".
   virtual std::uint32_t window() const = 0;
@@ -53,7 +60,8 @@ class MessagePort {
   virtual bool connected() const = 0;
 
   // Both from any thread. The record is handed over and gone from here. Send waits for the answer
-  // and gives {0, {}} if the peer is gone or Close was called meanwhile.
+  // and gives {0, {}} if the peer is gone, Close was called meanwhile, or an owner's patience has
+  // ended.
   virtual void Post(std::uint32_t number, SharedMemory record = {}) = 0;
   virtual MessageReply Send(std::uint32_t number, SharedMemory record = {}) = 0;
 

@@ -133,6 +133,13 @@ TEST_F(Decoder, TextsNeedATerminatorWithinTheArea) {
   }
 }
 
+TEST_F(Decoder, TextsThatAreNotUtf8AreOfTheSystemsEncoding) {
+  Decode(RecordBytes(9).Int(4, 8).Text(8, "/m/B\xC3\xA4r"));
+  EXPECT_THAT(calls_, ElementsAre("SetModelDirectory /m/B\xC3\xA4r"));
+  Decode(RecordBytes(15).Int(4, 8).Text(8, "B\xE4r"));
+  EXPECT_THAT(calls_, ElementsAre("SetStatusMessage B\xC3\xA4r"));
+}
+
 TEST_F(Decoder, TextureNamesAreShorterThan260Bytes) {
   RecordBytes material(3);
   material.Byte(68, 1).Int(72, 80).Text(80, std::string(259, 'x')).Size(400);

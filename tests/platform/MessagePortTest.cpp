@@ -76,6 +76,7 @@ TEST(MessagePort, AnswersEachOfManyThreadsItsOwn) {
   const auto viewer = ConnectTo(host);
   std::atomic<int> right{0};
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([&viewer, &right, t] {
       for (int i = 0; i < 50; ++i) {
@@ -124,6 +125,25 @@ TEST(MessagePort, CloseEndsTheWaitForAnAnswer) {
   EXPECT_FALSE(viewer->Send(kFirst).record);
   closer.join();
   release = true;
+}
+
+TEST(MessagePort, OnlyTheOwnersPatienceEnds) {
+  std::atomic<bool> release{false};
+  PortThread host([&release](std::uint32_t number, SharedMemory) {
+    while (number == kFirst && !release) SleepMilliseconds(1);
+    return MessageReply{0, RecordOf(static_cast<int>(number))};
+  });
+  const auto viewer = MessagePort::Connect(host.port().window(), CurrentProcessId(), {}, {},
+                                           std::chrono::milliseconds(50));
+  EXPECT_FALSE(viewer->Send(kFirst, RecordOf(1)).record);
+  std::thread other([&viewer] {
+    EXPECT_EQ(ValueOf(viewer->Send(kFirst, RecordOf(2)).record), static_cast<int>(kFirst));
+  });
+  SleepMilliseconds(200);
+  release = true;
+  other.join();
+  // The late answer is nobody's.
+  EXPECT_EQ(ValueOf(viewer->Send(kFirst + 1, RecordOf(3)).record), static_cast<int>(kFirst) + 1);
 }
 
 TEST(MessagePort, TheHostsEndEndsTheWaitForAnAnswer) {

@@ -12,15 +12,21 @@ bool IsLedSomewhere(DWORD which) {
          GetFileType(handle) != FILE_TYPE_UNKNOWN;
 }
 
+bool LeadToConsole(std::FILE* file, std::ostream& stream) {
+  const bool opened = std::freopen("CONOUT$", "w", file) != nullptr;
+  stream.clear();
+  return opened;
+}
+
 }  // namespace
 
 CallingConsole::CallingConsole() {
-  redirected_ = IsLedSomewhere(STD_OUTPUT_HANDLE) && IsLedSomewhere(STD_ERROR_HANDLE);
-  if (redirected_ || AttachConsole(ATTACH_PARENT_PROCESS) == 0) return;
-  attached_ = std::freopen("CONOUT$", "w", stdout) != nullptr &&
-              std::freopen("CONOUT$", "w", stderr) != nullptr;
-  std::cout.clear();
-  std::cerr.clear();
+  const bool outputIsLed = IsLedSomewhere(STD_OUTPUT_HANDLE);
+  const bool errorsAreLed = IsLedSomewhere(STD_ERROR_HANDLE);
+  usable_ = outputIsLed || errorsAreLed;
+  if ((outputIsLed && errorsAreLed) || AttachConsole(ATTACH_PARENT_PROCESS) == 0) return;
+  if (!outputIsLed && LeadToConsole(stdout, std::cout)) usable_ = true;
+  if (!errorsAreLed && LeadToConsole(stderr, std::cerr)) usable_ = true;
   codePageBefore_ = GetConsoleOutputCP();
   SetConsoleOutputCP(CP_UTF8);
 }

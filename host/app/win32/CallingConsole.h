@@ -5,8 +5,8 @@
 namespace qv::host {
 
 // The console of the program that started this one, for a program that has none itself: while this
-// lives, standard output and error go there, as UTF-8. Where both were led elsewhere by whoever
-// started the program, they stay as they are.
+// lives, standard output and error go there, as UTF-8; the one that was led elsewhere by whoever
+// started the program stays as it is.
 class CallingConsole {
  public:
   CallingConsole();
@@ -15,11 +15,10 @@ class CallingConsole {
   CallingConsole& operator=(const CallingConsole&) = delete;
 
   // Whether there is something to write to.
-  bool usable() const { return redirected_ || attached_; }
+  bool usable() const { return usable_; }
 
  private:
-  bool redirected_ = false;
-  bool attached_ = false;
+  bool usable_ = false;
   UINT codePageBefore_ = 0;
 };
 

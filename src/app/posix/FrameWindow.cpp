@@ -1,5 +1,7 @@
 #include "FrameWindow.h"
 
+#include <wx/evtloop.h>
+
 namespace qv {
 namespace {
 
@@ -13,7 +15,7 @@ wxDEFINE_EVENT(EVT_FRAME_MESSAGE, wxThreadEvent);
 
 FrameWindow::FrameWindow(wxWindow* parent) : _MainFrame(parent), sizeSettled_(this) {
   Bind(EVT_FRAME_MESSAGE, [this](wxThreadEvent& event) {
-    if (IsShown()) HandleFrameMessage(static_cast<std::uint32_t>(event.GetExtraLong()));
+    HandleFrameMessage(static_cast<std::uint32_t>(event.GetExtraLong()));
   });
   Bind(wxEVT_SIZE, &FrameWindow::OnSize, this);
   Bind(
@@ -31,6 +33,11 @@ void FrameWindow::OnSize(wxSizeEvent& event) {
   if (!sizeSettled_.IsRunning()) OnSizeMoveEntered();
   sizeSettled_.StartOnce(kSettleMilliseconds);
   OnFrameSize();
+}
+
+void FrameWindow::YieldToWindows() {
+  wxEventLoopBase* loop = wxEventLoopBase::GetActive();
+  if (loop && !loop->IsYielding()) loop->YieldFor(wxEVT_CATEGORY_UI);
 }
 
 void* FrameWindow::NativeHandle() const {

@@ -14,15 +14,20 @@ class FrameWindow : public _MainFrame {
  public:
   explicit FrameWindow(wxWindow* parent);
 
-  // Has HandleFrameMessage called on the GUI thread soon, if the frame is visible then. Any thread.
+  // Has HandleFrameMessage called on the GUI thread soon. Any thread.
   void PostToSelf(std::uint32_t number);
 
  protected:
+  // Also while the frame is hidden.
   virtual void HandleFrameMessage(std::uint32_t number) = 0;
   // Around a change of size by dragging; OnFrameSize comes between.
   virtual void OnSizeMoveEntered() = 0;
   virtual void OnSizeMoveExited() = 0;
   virtual void OnFrameSize() = 0;
+
+  // For waits on the GUI thread: lets windows be painted; input, timers' work and work of other
+  // threads stay queued.
+  static void YieldToWindows();
 
   // What the renderer is given as the window handle.
   void* NativeHandle() const;

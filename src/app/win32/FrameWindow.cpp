@@ -6,6 +6,12 @@
 #include "link/HostMessages.h"
 
 namespace qv {
+namespace {
+
+// A window that does not say that it has been painted is asked again and again.
+constexpr int kMostPaintedAtOnce = 100;
+
+}  // namespace
 
 FrameWindow::FrameWindow(wxWindow* parent) : _MainFrame(parent) {
   // The children get their new places only after this event.
@@ -19,17 +25,31 @@ void FrameWindow::PostToSelf(std::uint32_t number) {
   ::PostMessageW(GetHWND(), number, 0, 0);
 }
 
+// The library's own yield takes messages that it is not to handle out of the queue and posts them
+// again without their window, so that nobody gets them. Messages that other threads send are
+// handled here too.
+void FrameWindow::YieldToWindows() {
+  MSG message;
+  for (int left = kMostPaintedAtOnce;
+       left > 0 &&
+       ::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_PAINT | PM_QS_SENDMESSAGE) != 0;
+       --left) {
+    ::DispatchMessageW(&message);
+  }
+}
+
 void* FrameWindow::NativeHandle() const {
   return GetHWND();
 }
 
 WXLRESULT FrameWindow::MSWDefWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) {
-  if (!IsShown()) return _MainFrame::MSWDefWindowProc(message, wParam, lParam);
   switch (message) {
     case WM_ENTERSIZEMOVE:
+      if (!IsShown()) break;
       OnSizeMoveEntered();
       return 0;
     case WM_EXITSIZEMOVE:
+      if (!IsShown()) break;
       OnSizeMoveExited();
       return 0;
     case WM_VIEWER_UPDATE_STATUS:

@@ -35,23 +35,25 @@ std::unique_ptr<MessagePort> MessagePort::Listen(Handler handler, Notify notify)
     Descriptor listener = ListenOnWindow(window);
     if (listener) {
       return std::make_unique<SocketPort>(window, std::move(listener), Descriptor(),
-                                          std::move(handler), std::move(notify));
+                                          std::move(handler), std::move(notify), kOwnersPatience);
     }
   }
   return nullptr;
 }
 
 std::unique_ptr<MessagePort> MessagePort::Connect(std::uint32_t hostWindow, std::uint32_t,
-                                                  Handler handler, Notify notify) {
+                                                  Handler handler, Notify notify,
+                                                  std::chrono::milliseconds ownersPatience) {
   return std::make_unique<SocketPort>(hostWindow, Descriptor(), ConnectToWindow(hostWindow),
-                                      std::move(handler), std::move(notify));
+                                      std::move(handler), std::move(notify), ownersPatience);
 }
 
 SocketPort::SocketPort(std::uint32_t window, Descriptor listener, Descriptor peer, Handler handler,
-                       Notify notify)
+                       Notify notify, std::chrono::milliseconds ownersPatience)
     : window_(window),
       handler_(std::move(handler)),
       notify_(std::move(notify)),
+      ownersPatience_(ownersPatience),
       wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       listener_(std::move(listener)),
       peer_(std::move(peer)) {
@@ -80,6 +82,7 @@ void SocketPort::Post(std::uint32_t number, SharedMemory record) {
 
 MessageReply SocketPort::Send(std::uint32_t number, SharedMemory record) {
   const bool isOwner = std::this_thread::get_id() == owner_;
+  const auto patienceEnds = std::chrono::steady_clock::now() + ownersPatience_;
   Lock lock(mutex_);
   const Packet packet{
       .kind = kPacketSend, .number = number, .wParam = record ? 1u : 0u, .serial = ++lastSerial_};
@@ -87,8 +90,13 @@ MessageReply SocketPort::Send(std::uint32_t number, SharedMemory record) {
   const auto wait = waits_.try_emplace(packet.serial).first;
   wait->second.number = number;
   while (!wait->second.done) {
-    if (isOwner && HandleNextSend(lock)) continue;
-    changed_.wait(lock);
+    if (!isOwner) {
+      changed_.wait(lock);
+    } else if (std::chrono::steady_clock::now() >= patienceEnds) {
+      break;
+    } else if (!HandleNextSend(lock)) {
+      changed_.wait_until(lock, patienceEnds);
+    }
   }
   MessageReply reply = std::move(wait->second.reply);
   waits_.erase(wait);

@@ -18,7 +18,7 @@ class SocketPort final : public MessagePort {
  public:
   // With a listener the port waits for its peer, otherwise `peer` is the connection, or empty.
   SocketPort(std::uint32_t window, Descriptor listener, Descriptor peer, Handler handler,
-             Notify notify);
+             Notify notify, std::chrono::milliseconds ownersPatience);
   ~SocketPort() override;
 
   std::uint32_t window() const override { return window_; }
@@ -61,6 +61,7 @@ class SocketPort final : public MessagePort {
   const Handler handler_;
   const Notify notify_;
   const std::thread::id owner_ = std::this_thread::get_id();
+  const std::chrono::milliseconds ownersPatience_;
   const Descriptor wake_;  // an eventfd that ends the reader's poll
   Descriptor listener_;    // used by the reader only
 

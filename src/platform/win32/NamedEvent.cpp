@@ -20,7 +20,8 @@ NamedEvent& NamedEvent::operator=(NamedEvent&&) noexcept = default;
 
 NamedEvent NamedEvent::Create(const std::string& name) {
   NamedEvent event;
-  Handle handle(CreateEventW(nullptr, TRUE, FALSE, ToWide(name).c_str()));
+  const std::wstring wide = ToWide(name);
+  Handle handle(CreateEventW(nullptr, TRUE, FALSE, wide.c_str()));
   const bool taken = GetLastError() == ERROR_ALREADY_EXISTS;
   if (handle && !taken) event.impl_ = std::make_unique<Impl>(std::move(handle));
   return event;

@@ -1,15 +1,22 @@
 #include "platform/win32/SendToWindow.h"
 
+#include <algorithm>
 #include <memory>
+
+#include "platform/SharedMemory.h"
 
 namespace qv::platform {
 
 namespace {
 
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
 // How often it is asked whether the window is still there.
-constexpr DWORD kAskingIntervalMilliseconds = 100;
+constexpr milliseconds kAskingInterval{100};
 
 struct Outcome {
+  bool abandoned = false;
   bool answered = false;
   LRESULT result = 0;
 };
@@ -19,6 +26,10 @@ using OutcomeReference = std::shared_ptr<Outcome>;
 
 void CALLBACK TakeResult(HWND, UINT, ULONG_PTR context, LRESULT result) {
   const std::unique_ptr<OutcomeReference> outcome(reinterpret_cast<OutcomeReference*>(context));
+  if ((*outcome)->abandoned) {
+    SharedMemory::Adopt(result);
+    return;
+  }
   (*outcome)->answered = true;
   (*outcome)->result = result;
 }
@@ -29,28 +40,40 @@ void HandleSentMessages() {
   PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
 }
 
+// One part of the wait. False when it is to be given up.
+bool WaitOn(HWND window, const SendEnds& ends, milliseconds longest) {
+  const HANDLE handles[] = {ends.close, ends.process};
+  const DWORD count = ends.process != nullptr ? 2 : 1;
+  const DWORD woken = MsgWaitForMultipleObjectsEx(
+      count, handles, static_cast<DWORD>(longest.count()), QS_SENDMESSAGE, MWMO_INPUTAVAILABLE);
+  HandleSentMessages();
+  if (woken < WAIT_OBJECT_0 + count || woken == WAIT_FAILED) return false;
+  return woken != WAIT_TIMEOUT || IsWindow(window) != 0;
+}
+
 }  // namespace
 
-std::optional<LRESULT> SendToWindow(HWND window, UINT number, WPARAM wParam, HANDLE close,
-                                    HANDLE process) {
+SendOutcome SendToWindow(HWND window, UINT number, WPARAM wParam, const SendEnds& ends) {
   const auto outcome = std::make_shared<Outcome>();
   auto reference = std::make_unique<OutcomeReference>(outcome);
   const auto context = reinterpret_cast<ULONG_PTR>(reference.get());
-  if (SendMessageCallbackW(window, number, wParam, 0, TakeResult, context) == 0)
-    return std::nullopt;
+  if (SendMessageCallbackW(window, number, wParam, 0, TakeResult, context) == 0) return {};
   reference.release();
 
-  const HANDLE ends[] = {close, process};
-  const DWORD endCount = process != nullptr ? 2 : 1;
-  while (!outcome->answered) {
-    const DWORD woken = MsgWaitForMultipleObjectsEx(endCount, ends, kAskingIntervalMilliseconds,
-                                                    QS_SENDMESSAGE, MWMO_INPUTAVAILABLE);
-    HandleSentMessages();
-    if (outcome->answered) break;
-    if (woken < WAIT_OBJECT_0 + endCount || woken == WAIT_FAILED) return std::nullopt;
-    if (woken == WAIT_TIMEOUT && IsWindow(window) == 0) return std::nullopt;
+  const auto started = steady_clock::now();
+  bool waiting = true;
+  while (!outcome->answered && waiting) {
+    milliseconds longest = kAskingInterval;
+    if (ends.patience) {
+      const auto waited = std::chrono::duration_cast<milliseconds>(steady_clock::now() - started);
+      longest = std::clamp(*ends.patience - waited, milliseconds(0), kAskingInterval);
+      waiting = waited < *ends.patience;
+    }
+    waiting = WaitOn(window, ends, longest) && waiting;
   }
-  return outcome->result;
+  if (outcome->answered) return {SendOutcome::Kind::kAnswered, outcome->result};
+  outcome->abandoned = true;
+  return {SendOutcome::Kind::kGivenUp, 0};
 }
 
 }  // namespace qv::platform

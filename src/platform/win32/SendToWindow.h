@@ -2,14 +2,32 @@
 
 #include <windows.h>
 
+#include <chrono>
 #include <optional>
 
 namespace qv::platform {
 
-// SendMessageW whose wait can be ended: by `close` being set, by the end of `process` (may be
-// null), or by the window's own end. The calling thread goes on handling messages that are sent to
-// its own windows. Nothing if the wait was ended.
-std::optional<LRESULT> SendToWindow(HWND window, UINT number, WPARAM wParam, HANDLE close,
-                                    HANDLE process);
+struct SendOutcome {
+  enum class Kind {
+    kNotSent,  // the message does not reach the window: what it carries is still the sender's
+    kGivenUp,  // the wait was ended; the window may have got the message
+    kAnswered,
+  };
+
+  Kind kind = Kind::kNotSent;
+  LRESULT result = 0;  // of an answer
+};
+
+// What ends the wait for an answer, besides the window's own end.
+struct SendEnds {
+  HANDLE close = nullptr;    // an event that is set
+  HANDLE process = nullptr;  // that ends; may be null
+  std::optional<std::chrono::milliseconds> patience;
+};
+
+// SendMessageW whose wait can be ended. The calling thread goes on handling messages that are sent
+// to its own windows. Where an answer that comes after that carries a mapping, the mapping is
+// closed.
+SendOutcome SendToWindow(HWND window, UINT number, WPARAM wParam, const SendEnds& ends);
 
 }  // namespace qv::platform

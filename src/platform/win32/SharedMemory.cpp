@@ -16,17 +16,30 @@ Handle CreateMapping(std::size_t size, const wchar_t* name) {
 
 }  // namespace
 
+// A mapping that is held here cannot be closed by its number: whoever answers with that number, by
+// mistake or on purpose, does not take it away.
 struct SharedMemory::Impl {
-  explicit Impl(Handle owned) : mapping(std::move(owned)) {}
+  explicit Impl(Handle owned) : mapping(std::move(owned)) { Guard(HANDLE_FLAG_PROTECT_FROM_CLOSE); }
   ~Impl() {
     if (view != nullptr) UnmapViewOfFile(view);
+    Guard(0);
   }
   Impl(const Impl&) = delete;
   Impl& operator=(const Impl&) = delete;
 
+  static bool Guarded(HANDLE handle) {
+    DWORD flags = 0;
+    return GetHandleInformation(handle, &flags) != 0 &&
+           (flags & HANDLE_FLAG_PROTECT_FROM_CLOSE) != 0;
+  }
+  void Guard(DWORD flag) const {
+    SetHandleInformation(mapping.get(), HANDLE_FLAG_PROTECT_FROM_CLOSE, flag);
+  }
+
   // What lies behind the first page that is not committed does not count.
-  bool Map() {
-    view = static_cast<std::byte*>(MapViewOfFile(mapping.get(), FILE_MAP_ALL_ACCESS, 0, 0, 0));
+  bool Map() { return Take(MapViewOfFile(mapping.get(), FILE_MAP_ALL_ACCESS, 0, 0, 0)); }
+  bool Take(void* mapped) {
+    view = static_cast<std::byte*>(mapped);
     MEMORY_BASIC_INFORMATION pages;
     if (view == nullptr || VirtualQuery(view, &pages, sizeof(pages)) == 0) return false;
     size = pages.State == MEM_COMMIT ? pages.RegionSize : 0;
@@ -45,7 +58,8 @@ SharedMemory& SharedMemory::operator=(SharedMemory&&) noexcept = default;
 
 SharedMemory SharedMemory::Create(const std::string& name, std::size_t size) {
   SharedMemory memory;
-  Handle mapping = CreateMapping(size, ToWide(name).c_str());
+  const std::wstring wide = ToWide(name);
+  Handle mapping = CreateMapping(size, wide.c_str());
   const bool taken = GetLastError() == ERROR_ALREADY_EXISTS;
   if (!mapping || taken) return memory;
   auto impl = std::make_unique<Impl>(std::move(mapping));
@@ -74,13 +88,11 @@ SharedMemory SharedMemory::CreateUnnamed(std::size_t size) {
 SharedMemory SharedMemory::Adopt(std::intptr_t native) {
   SharedMemory memory;
   const auto handle = reinterpret_cast<HANDLE>(native);
-  if (native == 0 || handle == INVALID_HANDLE_VALUE) return memory;
+  if (native == 0 || handle == INVALID_HANDLE_VALUE || Impl::Guarded(handle)) return memory;
+  void* const view = MapViewOfFile(handle, FILE_MAP_ALL_ACCESS, 0, 0, 0);
+  if (view == nullptr && GetLastError() == ERROR_INVALID_HANDLE) return memory;
   auto impl = std::make_unique<Impl>(Handle(handle));
-  if (impl->Map()) {
-    memory.impl_ = std::move(impl);
-  } else if (impl->view == nullptr && GetLastError() == ERROR_INVALID_HANDLE) {
-    impl->mapping.Release();
-  }
+  if (impl->Take(view)) memory.impl_ = std::move(impl);
   return memory;
 }
 

@@ -17,6 +17,15 @@ constexpr wchar_t kClassName[] = L"QuorvaneLinkPort";
 constexpr UINT kFirstNumber = WM_APP;
 constexpr UINT kLastNumber = 0xBFFF;
 
+// As many messages as a queue holds: what comes while these are handled is for the next time.
+constexpr int kLongestQueue = 10000;
+
+// Window numbers are used again, so that a number may be a window of anybody.
+bool IsWindowOf(HWND window, DWORD processId) {
+  DWORD owner = 0;
+  return GetWindowThreadProcessId(window, &owner) != 0 && owner == processId;
+}
+
 // The process that records are handed to. Opened with all rights, or where the system grants these
 // to nobody (a process of another integrity level) with those that are used.
 class Peer {
@@ -44,7 +53,9 @@ class Peer {
     return there;
   }
 
+  // Closes what was handed over and did not get there.
   void TakeBack(HANDLE there) const {
+    if (there == nullptr) return;
     DuplicateHandle(process_.get(), there, nullptr, nullptr, 0, FALSE, DUPLICATE_CLOSE_SOURCE);
   }
 
@@ -69,7 +80,8 @@ class WindowPort : public MessagePort {
     const std::shared_ptr<const Peer> peer = ThePeer();
     const HANDLE there = record ? peer->HandOver(record) : nullptr;
     if (record && there == nullptr) return;
-    if (PostMessageW(target, number, reinterpret_cast<WPARAM>(there), 0) == 0 && there != nullptr) {
+    record = {};
+    if (PostMessageW(target, number, reinterpret_cast<WPARAM>(there), 0) == 0) {
       peer->TakeBack(there);
     }
   }
@@ -81,19 +93,24 @@ class WindowPort : public MessagePort {
     const HANDLE there = record ? peer->HandOver(record) : nullptr;
     if (record && there == nullptr) return {};
     record = {};
-    const std::optional<LRESULT> result = SendToWindow(
-        target, number, reinterpret_cast<WPARAM>(there), close_.get(), peer->process());
-    if (!result) return {};
-    return {static_cast<std::uint64_t>(*result), SharedMemory::Adopt(*result)};
+    SendEnds ends{.close = close_.get(), .process = peer->process(), .patience = {}};
+    if (GetCurrentThreadId() == owner_) ends.patience = ownersPatience_;
+    const SendOutcome outcome = SendToWindow(target, number, reinterpret_cast<WPARAM>(there), ends);
+    if (outcome.kind == SendOutcome::Kind::kNotSent) peer->TakeBack(there);
+    if (outcome.kind != SendOutcome::Kind::kAnswered) return {};
+    return ReplyOf(outcome.result);
   }
 
   void Close() override { SetEvent(close_.get()); }
 
  protected:
-  explicit WindowPort(std::shared_ptr<const Peer> peer) : peer_(std::move(peer)) {}
+  WindowPort(std::shared_ptr<const Peer> peer, std::chrono::milliseconds ownersPatience)
+      : ownersPatience_(ownersPatience), peer_(std::move(peer)) {}
 
   // The window that messages go to; null if there is none.
   virtual HWND Target() const = 0;
+  // What a window of the other side answered.
+  virtual MessageReply ReplyOf(LRESULT result) const = 0;
 
   bool closed() const { return WaitForSingleObject(close_.get(), 0) == WAIT_OBJECT_0; }
   HANDLE closeEvent() const { return close_.get(); }
@@ -108,6 +125,8 @@ class WindowPort : public MessagePort {
   }
 
  private:
+  const DWORD owner_ = GetCurrentThreadId();
+  const std::chrono::milliseconds ownersPatience_;
   const Handle close_{CreateEventW(nullptr, TRUE, FALSE, nullptr)};
   mutable std::mutex peerMutex_;
   std::shared_ptr<const Peer> peer_;  // never null
@@ -116,8 +135,8 @@ class WindowPort : public MessagePort {
 // The viewer's end. Messages of the host go to the frame's own window procedure.
 class ViewerPort final : public WindowPort {
  public:
-  ViewerPort(HWND host, DWORD processId)
-      : WindowPort(std::make_shared<const Peer>(processId)), host_(host) {}
+  ViewerPort(HWND host, DWORD processId, std::chrono::milliseconds ownersPatience)
+      : WindowPort(std::make_shared<const Peer>(processId), ownersPatience), host_(host) {}
 
   std::uint32_t window() const override {
     return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(host_));
@@ -129,7 +148,9 @@ class ViewerPort final : public WindowPort {
   }
 
  protected:
-  HWND Target() const override { return IsWindow(host_) != 0 ? host_ : nullptr; }
+  HWND Target() const override { return IsWindowOf(host_, ThePeer()->id()) ? host_ : nullptr; }
+  // A host answers with a mapping or with nothing.
+  MessageReply ReplyOf(LRESULT result) const override { return {0, SharedMemory::Adopt(result)}; }
 
  private:
   const HWND host_;
@@ -139,7 +160,7 @@ class ViewerPort final : public WindowPort {
 class HostPort final : public WindowPort {
  public:
   explicit HostPort(Handler handler)
-      : WindowPort(std::make_shared<const Peer>()), handler_(std::move(handler)) {
+      : WindowPort(std::make_shared<const Peer>(), kOwnersPatience), handler_(std::move(handler)) {
     WNDCLASSW description{};
     description.lpfnWndProc = &HostPort::Procedure;
     description.hInstance = GetModuleHandleW(nullptr);
@@ -168,16 +189,17 @@ class HostPort final : public WindowPort {
 
   void Dispatch() override {
     MSG message;
-    while (!closed() && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+    for (int left = kLongestQueue;
+         left > 0 && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0; --left) {
       DispatchMessageW(&message);
     }
   }
 
   bool WaitAndDispatch(std::chrono::milliseconds timeout) override {
     const HANDLE close = closeEvent();
-    const DWORD woken = MsgWaitForMultipleObjectsEx(1, &close, static_cast<DWORD>(timeout.count()),
-                                                    QS_ALLINPUT, MWMO_INPUTAVAILABLE);
-    if (woken == WAIT_OBJECT_0) return false;
+    MsgWaitForMultipleObjectsEx(1, &close, static_cast<DWORD>(timeout.count()), QS_ALLINPUT,
+                                MWMO_INPUTAVAILABLE);
+    // Once closed too: what is in the queue may carry records, which are given back.
     Dispatch();
     return !closed();
   }
@@ -187,8 +209,10 @@ class HostPort final : public WindowPort {
   HWND Target() const override {
     const std::lock_guard<std::mutex> lock(frameMutex_);
     if (frame_ == nullptr) frame_ = FindFrame(ThePeer()->id());
-    return frame_ != nullptr && IsWindow(frame_) != 0 ? frame_ : nullptr;
+    return IsWindowOf(frame_, ThePeer()->id()) ? frame_ : nullptr;
   }
+  // A frame answers with a number that means nothing.
+  MessageReply ReplyOf(LRESULT) const override { return {}; }
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT number, WPARAM wParam, LPARAM lParam) {
@@ -205,10 +229,10 @@ class HostPort final : public WindowPort {
   }
 
   LRESULT Answer(UINT number, WPARAM wParam) {
+    SharedMemory record = SharedMemory::Adopt(static_cast<std::intptr_t>(wParam));
     if (closed() || !handler_) return 0;
-    MessageReply reply = handler_(number, SharedMemory::Adopt(static_cast<std::intptr_t>(wParam)));
-    if (reply.record) return reinterpret_cast<LRESULT>(ThePeer()->HandOver(reply.record));
-    return static_cast<LRESULT>(reply.value);
+    const MessageReply reply = handler_(number, std::move(record));
+    return reply.record ? reinterpret_cast<LRESULT>(ThePeer()->HandOver(reply.record)) : 0;
   }
 
   const Handler handler_;
@@ -226,9 +250,10 @@ std::unique_ptr<MessagePort> MessagePort::Listen(Handler handler, Notify) {
 }
 
 std::unique_ptr<MessagePort> MessagePort::Connect(std::uint32_t hostWindow, std::uint32_t processId,
-                                                  Handler, Notify) {
+                                                  Handler, Notify,
+                                                  std::chrono::milliseconds ownersPatience) {
   const auto window = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(hostWindow));
-  return std::make_unique<ViewerPort>(window, processId);
+  return std::make_unique<ViewerPort>(window, processId, ownersPatience);
 }
 
 }  // namespace qv::platform

@@ -20,8 +20,9 @@ namespace {
 // Tiles are numbered in 32 bits along a curve over a square: 2^15 a side.
 constexpr int kLargestSide = kTileSide << 15;
 
-// How long StopRender sleeps between two looks at the windows.
+// How long StopRender waits between two looks at the windows.
 constexpr std::chrono::milliseconds kYieldInterval{5};
+constexpr std::chrono::milliseconds kLockInterval{1};
 
 RenderCamera Normalised(RenderCamera camera) {
   const auto unit = [](Vec3& v) {
@@ -135,6 +136,7 @@ void FrameEngine::ControlThread() {
       if (state_ != RenderState::kQueued) {
         state_ = RenderState::kIdle;
         done_.notify_all();
+        stopped_.End();
         return;
       }
       SetUpJob();
@@ -261,7 +263,7 @@ void FrameEngine::StopRender() {
   std::unique_lock lock(lock_, std::try_to_lock);
   while (!lock.owns_lock()) {
     if (yield_) yield_();
-    platform::SleepMilliseconds(1);
+    stopped_.Wait(kLockInterval);
     static_cast<void>(lock.try_lock());
   }
   if (stopping_) return;
@@ -270,12 +272,9 @@ void FrameEngine::StopRender() {
     state_ = RenderState::kStopping;
   }
   while (state_ == RenderState::kStopping) {
-    done_.wait_for(lock, kYieldInterval);
-    if (yield_ && state_ == RenderState::kStopping) {
-      lock.unlock();
-      yield_();
-      lock.lock();
-    }
+    lock.unlock();
+    if (!stopped_.Wait(kYieldInterval) && yield_) yield_();
+    lock.lock();
   }
   stopping_ = false;
   if (controlThread_.joinable()) controlThread_.join();

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "core/RenderCamera.h"
+#include "platform/PumpedWait.h"
 #include "render/RenderModes.h"
 #include "render/frame/EdgeMask.h"
 #include "render/frame/PassSequence.h"
@@ -107,6 +108,7 @@ class FrameEngine {
   std::condition_variable done_;
   std::atomic<RenderState> state_{RenderState::kNone};
   bool stopping_ = false;  // a StopRender is waiting
+  platform::PumpedWait stopped_;
   std::thread controlThread_;
   RenderMode pendingMode_ = ModeMotion;
   // What the next job takes over has a lock of its own: nobody who sets it waits for a scene's
