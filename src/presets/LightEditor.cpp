@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace qv {
 
@@ -50,7 +51,10 @@ float ValueAt(const LightRange& range, int position) {
 }
 
 int PositionOf(const LightRange& range, float value) {
-  const float position = value * static_cast<float>(range.scale);
+  // What a position stands for may come back from its float as just below it.
+  constexpr float kRounding = 1e-3f;
+  const float scaled = value * static_cast<float>(range.scale);
+  const float position = scaled + std::copysign(kRounding, scaled);
   return static_cast<int>(
       std::clamp(position, static_cast<float>(range.minimum), static_cast<float>(range.maximum)));
 }

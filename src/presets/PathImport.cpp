@@ -5,8 +5,10 @@
 #include <wx/intl.h>
 #include <wx/log.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 #include "core/Log.h"
 
@@ -73,7 +75,9 @@ std::optional<PathFault> ReadPathLine(std::wstring_view line, float fieldOfView,
   const auto target = ParsePoint(std::span(*tokens).last<3>());
   if (!target) return PathFault::kTarget;
 
-  const auto [yaw, pitch] = YawPitchFromDirection(*target - *position);
+  // The way between two of the farthest points is more than a float holds.
+  const Eigen::Vector3d way = target->cast<double>() - position->cast<double>();
+  const auto [yaw, pitch] = YawPitchFromDirection(way.normalized().cast<float>());
   keys.push_back({static_cast<double>(keys.size()) * kKeySeconds,
                   {*position, QuaternionFromYawPitch(yaw, pitch), fieldOfView},
                   {}});

@@ -4,6 +4,7 @@
 #include <wx/intl.h>
 
 #include <cmath>
+#include <limits>
 
 namespace qv {
 namespace {

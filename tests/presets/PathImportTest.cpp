@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cstring>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
-#include <limits>
 #include <string>
 
 #include "presets/PathImport.h"
@@ -94,27 +93,22 @@ TEST(PathImport, TakesTheEncodingsOfTextEditors) {
 }
 
 TEST(PathImport, ReadsLongFilesInUnderASecond) {
-  const auto folder = std::filesystem::temp_directory_path();
-  const auto file =
-      folder /
-      ("quorvane-path-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-       std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + ".csv");
+  const auto file = std::filesystem::temp_directory_path() / "quorvane-path-test.csv";
   {
     std::ofstream out(file, std::ios::binary);
     for (int i = 0; i < 100000; ++i) {
       out << i << ".123456," << -i << ".5,70.25," << i + 1 << ".654321,0.0001,-12.5\r\n";
     }
   }
-  const auto start = std::chrono::steady_clock::now();
+  // Of the processor, so that nothing else on the machine counts.
+  const std::clock_t start = std::clock();
   const ImportedPath path = ReadPathFile(file.string(), 0.6f);
-  const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+  const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
   std::filesystem::remove(file);
-  EXPECT_EQ(path.keys.size(), 100000u);
+  ASSERT_EQ(path.keys.size(), 100000u);
   EXPECT_EQ(path.keys.back().time, 49999.5);
-  RecordProperty("seconds", std::to_string(taken.count()));
-#if defined(NDEBUG) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-  EXPECT_LT(taken.count(), 1);
-#endif
+  EXPECT_LT(seconds, 1);
+  RecordProperty("seconds", std::to_string(seconds));
   EXPECT_TRUE(ReadPathFile(file.string(), 0.6f).keys.empty());
 }
 

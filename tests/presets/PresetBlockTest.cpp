@@ -11,7 +11,9 @@ namespace qv {
 namespace {
 
 ViewPreset HallView() {
-  ViewPreset view("Küche", {{1, -2.5f, 0.1f}, {0.5f, 0.5f, -0.5f, 0.5f}, 0.785f}, 7, 70.5f, true,
+  ViewPreset view(wxString::FromUTF8("K\xC3\xBC"
+                                     "che"),
+                  {{1, -2.5f, 0.1f}, {0.5f, 0.5f, -0.5f, 0.5f}, 0.785f}, 7, 70.5f, true,
                   {2456293.75, 35.5, -139.25, 0.25f, 3});
   view.id = "ID";
   view.comment = "c";
