@@ -110,14 +110,12 @@ void LightEditor::SliderSet(LightControl control) {
 void LightEditor::TextEntered(LightControl control) {
   const float stored = Value(control);
   const auto entered = ParseText(RangeOf(control), controls_.Text(control));
-  if (!entered) {
-    ShowText(control, stored);
-  } else if (*entered == stored) {
+  if (!entered || *entered == stored) {
     ShowText(control, stored);  // the same value may have been written in another way
-  } else {
-    Show(control, *entered);
-    PutInForce(control, *entered);
+    return;
   }
+  Show(control, *entered);
+  PutInForce(control, *entered);
 }
 
 void LightEditor::TextLeft(LightControl control) {

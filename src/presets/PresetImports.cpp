@@ -3,6 +3,7 @@
 #include <wx/config.h>
 #include <wx/filename.h>
 #include <wx/intl.h>
+#include <wx/strconv.h>
 
 #include "core/Calendar.h"
 #include "presets/PathImport.h"
@@ -13,6 +14,7 @@ namespace {
 
 constexpr const char* kImportFolderKey = "/Dirs/ImportSkp";
 constexpr std::size_t kFewestKeys = 2;
+constexpr char16_t kReplacement = 0xFFFD;
 
 bool IsHighSurrogate(char16_t c) {
   return c >= 0xD800 && c < 0xDC00;
@@ -23,18 +25,16 @@ bool IsLowSurrogate(char16_t c) {
 }
 
 // UTF-16 as the library holds text; half a pair becomes the replacement character.
-wxString TextOf(std::u16string_view text) {
-  wxString result;
+wxString TextOf(std::u16string text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
-    char32_t c = text[i];
     if (IsHighSurrogate(text[i]) && i + 1 < text.size() && IsLowSurrogate(text[i + 1])) {
-      c = 0x10000 + ((c - 0xD800) << 10) + (text[++i] - 0xDC00);
+      ++i;
     } else if (IsHighSurrogate(text[i]) || IsLowSurrogate(text[i])) {
-      c = 0xFFFD;
+      text[i] = kReplacement;
     }
-    result += wxUniChar(static_cast<wxUint32>(c));
   }
-  return result;
+  return {reinterpret_cast<const char*>(text.data()), wxMBConvUTF16(),
+          text.size() * sizeof(char16_t)};
 }
 
 SunRecord SunOf(const HostPage& page) {
