@@ -7,6 +7,7 @@
 #include <string>
 
 #include "presets/PathImport.h"
+#include "presets/TestFile.h"
 
 namespace qv {
 namespace {
@@ -93,7 +94,7 @@ TEST(PathImport, TakesTheEncodingsOfTextEditors) {
 }
 
 TEST(PathImport, ReadsLongFilesInUnderASecond) {
-  const auto file = std::filesystem::temp_directory_path() / "quorvane-path-test.csv";
+  const auto file = TestFile();
   {
     std::ofstream out(file, std::ios::binary);
     for (int i = 0; i < 100000; ++i) {

@@ -9,6 +9,7 @@
 #include "presets/MemorySettings.h"
 #include "presets/PresetDialogRules.h"
 #include "presets/PresetsEditor.h"
+#include "presets/TestFile.h"
 
 namespace qv {
 namespace {
@@ -397,7 +398,7 @@ TEST_F(PresetsEditorTest, ImportsTheHostsViewsUnderNewNames) {
 }
 
 TEST_F(PresetsEditorTest, ImportsAPathFile) {
-  const auto file = std::filesystem::temp_directory_path() / "quorvane-editor-test.csv";
+  const auto file = TestFile();
   const auto import = [&](const char* text) {
     std::ofstream(file) << text;
     prompts_.file = file.string();
