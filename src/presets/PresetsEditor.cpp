@@ -282,7 +282,7 @@ std::optional<PresetsPrompts::Name> PresetsEditor::AskName(const wxString& base,
   while (proposal) {
     const auto offered =
         offerSun ? std::optional<bool>(ProposedRecordSun(settings_)) : std::nullopt;
-    const auto answer = prompts_.AskName(*proposal, offered);
+    auto answer = prompts_.AskName(*proposal, offered);
     if (!answer) return std::nullopt;
     if (!HasName(answer->name)) {
       if (offerSun) KeepRecordSun(settings_, answer->recordSun);
@@ -297,7 +297,7 @@ std::optional<PresetsPrompts::Name> PresetsEditor::AskName(const wxString& base,
 std::optional<PresetsPrompts::Path> PresetsEditor::AskPath(const wxString& base) {
   std::optional<wxString> proposal = ProposeName(base, false);
   while (proposal) {
-    const auto answer = prompts_.AskPath(*proposal);
+    auto answer = prompts_.AskPath(*proposal);
     if (!answer || !HasName(answer->name)) return answer;
     prompts_.ShowMessage(_("Specified name already exists."));
     proposal = answer->name;
