@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <cstddef>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "presets/PathImport.h"
 #include "presets/TestFile.h"
@@ -13,9 +15,8 @@ namespace qv {
 namespace {
 
 std::vector<std::byte> BytesOf(std::string_view text) {
-  std::vector<std::byte> bytes(text.size());
-  std::memcpy(bytes.data(), text.data(), text.size());
-  return bytes;
+  const auto* first = reinterpret_cast<const std::byte*>(text.data());
+  return {first, first + text.size()};
 }
 
 ImportedPath Read(std::string_view text) {
