@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
+#include <string>
 #include <utility>
 
 #include "core/Calendar.h"
@@ -271,7 +272,8 @@ std::optional<wxString> PresetsEditor::ProposeName(const wxString& base, bool pa
   std::set<wxString> taken;
   for (const PresetPointer& preset : presets_) taken.insert(preset->name.Lower());
   for (int n = 1; n <= kLastNumber; ++n) {
-    const wxString number = wxString::Format(parenthesised ? " (%d)" : "%d", n);
+    const std::string digits = std::to_string(n);
+    const wxString number = parenthesised ? " (" + digits + ")" : digits;
     if (!taken.contains((base + number).Lower())) return base + number;
   }
   return std::nullopt;

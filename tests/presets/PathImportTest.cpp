@@ -109,7 +109,9 @@ TEST(PathImport, ReadsLongFilesInUnderASecond) {
   std::filesystem::remove(file);
   ASSERT_EQ(path.keys.size(), 100000u);
   EXPECT_EQ(path.keys.back().time, 49999.5);
+#ifndef QUORVANE_SANITIZED
   EXPECT_LT(seconds, 1);
+#endif
   RecordProperty("seconds", std::to_string(seconds));
   EXPECT_TRUE(ReadPathFile(file.string(), 0.6f).keys.empty());
 }

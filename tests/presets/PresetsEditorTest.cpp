@@ -196,7 +196,7 @@ TEST_F(PresetsEditorTest, GivesUpWhereAllNumbersAreTaken) {
   std::vector<PresetPointer> views;
   for (int n = 1; n <= 9999; ++n) {
     views.push_back(std::make_shared<ViewPreset>());
-    views.back()->name = wxString::Format("View%d", n);
+    views.back()->name = "View" + std::to_string(n);
   }
   Load(views);
   EXPECT_EQ(editor_.ProposeName("View", true), wxString("View (1)"));
