@@ -26,15 +26,21 @@ PresetPointer MakePreset(PresetType type) {
   return nullptr;
 }
 
+void WriteList(wxOutputStream& output, std::span<const PresetPointer> presets) {
+  wxDataOutputStream stream(output, wxConvUTF8);
+  stream.Write32(static_cast<wxUint32>(presets.size()));
+  for (const PresetPointer& preset : presets) preset->Write(stream);
+}
+
 }  // namespace
 
 std::vector<std::byte> WritePresetBlock(std::span<const PresetPointer> presets) {
-  wxMemoryOutputStream memory;
-  wxDataOutputStream stream(memory, wxConvUTF8);
-  stream.Write32(static_cast<wxUint32>(presets.size()));
-  for (const PresetPointer& preset : presets) preset->Write(stream);
-  std::vector<std::byte> block(memory.GetSize());
-  memory.CopyTo(block.data(), block.size());
+  // Twice: a stream in memory that has to grow copies a long list again and again.
+  wxCountingOutputStream counted;
+  WriteList(counted, presets);
+  std::vector<std::byte> block(counted.GetSize());
+  wxMemoryOutputStream memory(block.data(), block.size());
+  WriteList(memory, presets);
   return block;
 }
 
