@@ -1,14 +1,13 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "core/Log.h"
+#include "fuzz/Require.h"
 #include "host/link/HostRecords.h"
 #include "link/CommandDecoder.h"
 #include "link/IQuorvane.h"
@@ -24,12 +23,6 @@
 // What passes the readers is held against what they promise.
 namespace qv {
 namespace {
-
-void Require(bool promise, const char* what) {
-  if (promise) return;
-  std::fprintf(stderr, "broken promise: %s\n", what);
-  std::abort();
-}
 
 void RequireFinite(std::span<const float> numbers) {
   for (const float number : numbers) Require(std::isfinite(number), "numbers are finite");
