@@ -2,6 +2,8 @@
 #include <wx/fileconf.h>
 #include <wx/sstream.h>
 
+#include <limits>
+
 #include "output/CaptureForm.h"
 
 namespace qv {
@@ -33,7 +35,7 @@ TEST_F(CaptureFormTest, BeginsWithWhatIsStored) {
   EXPECT_FALSE(fresh.ownSize);
   EXPECT_EQ(fresh.width, "640");
   EXPECT_EQ(fresh.height, "480");
-  for (const long format : {3L, -1L, 99999999999L}) {
+  for (const long format : {3L, -1L, std::numeric_limits<long>::max()}) {
     settings_.Write("/CaptureImageDialog/Format", format);
     EXPECT_EQ(CaptureForm(settings_).format, 0) << format;
   }
