@@ -22,6 +22,7 @@ std::optional<BenchScene> ModelScene(const std::string& name, const std::string&
     scene.meshes.push_back({mesh.vertices, mesh.triangles});
   }
   scene.camera = host::StartView(*loaded.scene, sunlight, {});
+  scene.files = loaded.scene->temporaryFiles;
   return scene;
 }
 

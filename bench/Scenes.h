@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,7 @@ struct BenchScene {
   std::vector<MaterialParameters> materials;
   std::vector<BenchMesh> meshes;
   RenderCamera camera;
+  std::shared_ptr<const void> files;  // the materials name textures that lie there as long as this
 
   std::size_t TriangleCount() const;
 };

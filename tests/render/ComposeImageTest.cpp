@@ -56,6 +56,23 @@ TEST(ComposeImage, StoresZeroForWhatHasNoPower) {
   }
 }
 
+void ExpectValuesLikeSingleOnes(const std::vector<float>& in, std::size_t count) {
+  std::vector<float> values(count + 1, 77);
+  for (const float gamma : {1.0f, 2.2f, 0.45f, 0.1f, 0.0f, -1.0f}) {
+    const Adjustment adjustment(0.03f, 0.3f, gamma);
+    adjustment.AdjustValues(in.data(), count, values.data());
+    for (std::size_t i = 0; i < count; ++i) {
+      const float single = adjustment.Adjust(in[i]);
+      if (std::isnan(single)) {
+        ASSERT_TRUE(std::isnan(values[i])) << in[i] << " with gamma " << gamma;
+      } else {
+        ASSERT_FLOAT_EQ(values[i], single) << in[i] << " with gamma " << gamma;
+      }
+    }
+  }
+  EXPECT_EQ(values[count], 77) << "nothing is written past the last one";
+}
+
 // Rows are converted with vectors and tables; with every instruction set of this processor they
 // give the bytes of the single values.
 TEST(ComposeImage, ConvertsRowsLikeSingleValues) {
@@ -86,6 +103,7 @@ TEST(ComposeImage, ConvertsRowsLikeSingleValues) {
       }
       TakeLowBytes(in.data(), count, out.data());
       for (std::size_t i = 0; i < count; ++i) ASSERT_EQ(out[i], lowByte(in[i])) << in[i];
+      ExpectValuesLikeSingleOnes(in, count);
       EXPECT_EQ(out[count], 77) << "nothing is written past the row";
     }
   }

@@ -11,6 +11,7 @@ namespace qv {
 namespace {
 
 constexpr float kFull = 255.0f;
+
 }  // namespace
 
 Adjustment::Adjustment(float brightness, float contrast, float gamma)
@@ -29,6 +30,14 @@ float Adjustment::Adjust(float c) const {
 
 std::uint8_t Adjustment::AdjustToByte(float c) const {
   return ToByte(Adjust(c));
+}
+
+void Adjustment::AdjustValues(const float* in, std::size_t count, float* out) const {
+  if (IsLinear() || !Grows()) {
+    std::transform(in, in + count, out, [this](float c) { return Adjust(c); });
+  } else {
+    AdjustByPower(in, count, scale_, offset_, exponent_, out);
+  }
 }
 
 void Adjustment::AdjustRow(const float* in, std::size_t count, std::uint8_t* out) const {
@@ -63,12 +72,17 @@ std::array<std::uint32_t, 256> Adjustment::LeastOfEachByte() const {
   return least;
 }
 
-// No table where the byte does not grow with the value, that is, with a gamma that is negative or
-// no number, and for powers so steep or so flat that it would be huge.
+// Not with a gamma that is zero, negative or no number.
+bool Adjustment::Grows() const {
+  return exponent_ > 0 && std::isfinite(exponent_);
+}
+
+// No table where the byte does not grow with the value, and for powers so steep or so flat that it
+// would be huge.
 void Adjustment::FillTable() {
   constexpr int kMantissaBits = 23;
   constexpr std::uint32_t kMostCells = 1 << 16;
-  if (!(exponent_ > 0) || !std::isfinite(exponent_)) return;
+  if (!Grows()) return;
   const auto least = LeastOfEachByte();
   table_.low = std::bit_cast<float>(least[1]);
   table_.high = std::bit_cast<float>(least[255]);

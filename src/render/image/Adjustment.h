@@ -16,12 +16,15 @@ class Adjustment {
 
   // A linear value as a float in 0 to 255; NaN where the power has none.
   float Adjust(float c) const;
+  // The floats of many values, the same ones but for the last bit. `out` may be `in`.
+  void AdjustValues(const float* in, std::size_t count, float* out) const;
   // The byte that is stored for it: truncated, NaN as 0.
   std::uint8_t AdjustToByte(float c) const;
   // The bytes of many values, the same ones.
   void AdjustRow(const float* in, std::size_t count, std::uint8_t* out) const;
 
  private:
+  bool Grows() const;
   bool IsLinear() const { return exponent_ == 1.0f; }
   void FillTable();
   std::array<std::uint32_t, 256> LeastOfEachByte() const;

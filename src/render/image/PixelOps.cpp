@@ -1,10 +1,13 @@
 #include "render/image/PixelOps.h"
 
+#include <algorithm>
 #include <utility>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "render/image/PixelOps.cpp"
 #include <hwy/foreach_target.h>
+// It comes before whatever is compiled for each target.
+#include <hwy/contrib/math/math-inl.h>
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
@@ -77,6 +80,33 @@ void AdjustByTable(const float* in, std::size_t count, float scale, float offset
   });
 }
 
+void AdjustByPower(const float* in, std::size_t count, float scale, float offset, float exponent,
+                   float* out) {
+  const hn::ScalableTag<double> d;
+  const hn::Rebind<float, decltype(d)> df;
+  const std::size_t n = hn::Lanes(d);
+  const auto power = hn::Set(d, static_cast<double>(exponent));
+  const auto zero = hn::Zero(df);
+  // Above 1 every power is limited to 1, and the logarithm of nothing is never used.
+  const auto raise = [&](auto c) HWY_ATTR {
+    const auto half = hn::Set(df, 0.5f);
+    const auto v =
+        hn::Add(hn::Add(hn::Mul(hn::Sub(c, half), hn::Set(df, scale)), half), hn::Set(df, offset));
+    const auto base = hn::Min(hn::Max(v, hn::Set(df, 1e-37f)), hn::Set(df, 1.0f));
+    const auto raised = hn::Exp(d, hn::Mul(power, hn::Log(d, hn::PromoteTo(d, base))));
+    const auto w = hn::Mul(hn::DemoteTo(df, raised), hn::Set(df, 255.0f));
+    // Comparisons that are false for NaN.
+    return hn::IfThenElse(hn::Gt(v, zero), w, hn::IfThenElse(hn::Eq(v, zero), zero, hn::NaN(df)));
+  };
+  std::size_t i = 0;
+  for (; i + n <= count; i += n) hn::StoreU(raise(hn::LoadU(df, in + i)), df, out + i);
+  if (i == count) return;
+  HWY_ALIGN float rest[hn::MaxLanes(df)] = {};
+  std::copy(in + i, in + count, rest);
+  hn::Store(raise(hn::Load(df, rest)), df, rest);
+  std::copy_n(rest, count - i, out + i);
+}
+
 void SwapRedAndBlue(std::uint8_t* row, std::size_t pixels) {
   const hn::ScalableTag<std::uint8_t> d;
   const std::size_t n = hn::Lanes(d);
@@ -110,6 +140,7 @@ namespace qv {
 HWY_EXPORT(AdjustLinear);
 HWY_EXPORT(TakeLowBytes);
 HWY_EXPORT(AdjustByTable);
+HWY_EXPORT(AdjustByPower);
 HWY_EXPORT(SwapRedAndBlue);
 
 void AdjustLinear(const float* in, std::size_t count, float scale, float offset,
@@ -120,6 +151,11 @@ void AdjustLinear(const float* in, std::size_t count, float scale, float offset,
 void AdjustByTable(const float* in, std::size_t count, float scale, float offset,
                    const ByteTable& table, std::uint8_t* out) {
   HWY_DYNAMIC_DISPATCH(AdjustByTable)(in, count, scale, offset, table, out);
+}
+
+void AdjustByPower(const float* in, std::size_t count, float scale, float offset, float exponent,
+                   float* out) {
+  HWY_DYNAMIC_DISPATCH(AdjustByPower)(in, count, scale, offset, exponent, out);
 }
 
 void SwapRedAndBlue(std::uint8_t* row, std::size_t pixels) {

@@ -35,6 +35,12 @@ struct ByteTable {
 void AdjustByTable(const float* in, std::size_t count, float scale, float offset,
                    const ByteTable& table, std::uint8_t* out);
 
+// 255 v^exponent, at most 255, of v = (c - 0.5) scale + 0.5 + offset; NaN where v is below zero or
+// no number. The exponent is finite and above zero. Worked out in double precision, so that the
+// values are those of a power in single precision but for the last bit, on every system the same.
+void AdjustByPower(const float* in, std::size_t count, float scale, float offset, float exponent,
+                   float* out);
+
 // Red, green, blue bytes to blue, green, red, in place.
 void SwapRedAndBlue(std::uint8_t* row, std::size_t pixels);
 
