@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <numbers>
 #include <thread>
 #include <vector>
@@ -108,12 +109,16 @@ class Walker {
   // Seconds from the camera's command to its first picture on the screen.
   std::optional<double> Step(const RenderCamera& camera) {
     const std::size_t known = log_.Count(kShown);
+    finished_ = log_.Count(kFinished);
     const double start = platform::NowSeconds();
     link_->SetCamera(camera, false);
     const auto shown = log_.WaitFor(kShown, kPatience, known);
     if (!shown) return std::nullopt;
     return shown->seconds - start;
   }
+
+  // Until nothing is traced any more.
+  bool Rest() { return log_.WaitFor(kFinished, kPatience, finished_).has_value(); }
 
   const std::array<int, 2>& size() const { return size_; }
 
@@ -129,20 +134,17 @@ class Walker {
   std::unique_ptr<host::HostLink> link_;
   std::unique_ptr<e2e::ViewerWindow> window_;
   std::array<int, 2> size_{};
+  std::size_t finished_ = 0;  // antialiased pictures before the last step
 };
 
-// The shortest of a few times of each frame's primary rays alone.
-std::vector<double> BareSeconds(const BenchScene& scene, const std::vector<RenderCamera>& walk,
-                                const std::array<int, 2>& size) {
+// The shortest of a few times of the frame's primary rays alone.
+double BareSeconds(const RenderScene& scene, const RenderCamera& camera,
+                   const std::array<int, 2>& size) {
   constexpr int kRuns = 3;
-  const BareScene bare(scene);
   const int threads = static_cast<int>(std::thread::hardware_concurrency());
-  std::vector<double> seconds(walk.size(), 1e30);
+  double seconds = std::numeric_limits<double>::infinity();
   for (int run = 0; run < kRuns; ++run) {
-    for (std::size_t i = 0; i < walk.size(); ++i) {
-      const BareRun traced = BareIntersect(bare.scene(), walk[i], size[0], size[1], threads);
-      seconds[i] = std::min(seconds[i], traced.seconds);
-    }
+    seconds = std::min(seconds, BareIntersect(scene, camera, size[0], size[1], threads).seconds);
   }
   return seconds;
 }
@@ -151,25 +153,30 @@ std::vector<double> BareSeconds(const BenchScene& scene, const std::vector<Rende
 
 std::optional<WalkFigures> MeasureWalk(const BenchScene& scene, const std::string& path, int width,
                                        int height) {
+  // The two are measured by turns: what else the machine does slows both down.
+  constexpr std::size_t kStepsByTurns = 10;
   const std::vector<RenderCamera> walk = WalkThrough(scene);
-  std::vector<double> latencies;
-  WalkFigures figures;
-  {
-    Walker walker;
-    if (!walker.Start(scene, path) || !walker.Resize(width, height)) return std::nullopt;
-    for (const RenderCamera& camera : walk) {
-      const auto latency = walker.Step(camera);
+  const BareScene bare(scene);
+  Walker walker;
+  if (!walker.Start(scene, path) || !walker.Resize(width, height)) return std::nullopt;
+  std::vector<double> latencies, ratios;
+  for (std::size_t first = 0; first < walk.size(); first += kStepsByTurns) {
+    const std::size_t end = std::min(first + kStepsByTurns, walk.size());
+    for (std::size_t i = first; i < end; ++i) {
+      const auto latency = walker.Step(walk[i]);
       if (!latency) return std::nullopt;
       latencies.push_back(*latency);
     }
-    figures.width = walker.size()[0];
-    figures.height = walker.size()[1];
+    if (!walker.Rest()) return std::nullopt;
+    for (std::size_t i = first; i < end; ++i) {
+      ratios.push_back(latencies[i] / BareSeconds(bare.scene(), walk[i], walker.size()));
+    }
   }
-  const std::vector<double> bare = BareSeconds(scene, walk, {figures.width, figures.height});
-  std::vector<double> ratios;
-  for (std::size_t i = 0; i < walk.size(); ++i) ratios.push_back(latencies[i] / bare[i]);
   std::sort(ratios.begin(), ratios.end());
   std::sort(latencies.begin(), latencies.end());
+  WalkFigures figures;
+  figures.width = walker.size()[0];
+  figures.height = walker.size()[1];
   figures.medianRatio = ratios[ratios.size() / 2];
   figures.p99Ratio = ratios[ratios.size() * 99 / 100];
   figures.medianSeconds = latencies[latencies.size() / 2];
