@@ -82,7 +82,10 @@ bool MeasureInViewer(const BenchScene& scene, const std::string& viewer, Figures
       "%-8s in the viewer: %.0f bytes a triangle, first preview %.3f s after the last byte\n",
       scene.name.c_str(), f->bytesPerTriangle, f->firstPreviewSeconds);
   figures.emplace_back(scene.name + ".bytes_per_triangle", f->bytesPerTriangle);
+  std::printf("%-8s once the picture stands: %.2f %% of a processor\n", "",
+              100 * f->idleProcessorShare);
   figures.emplace_back(scene.name + ".first_preview_s", f->firstPreviewSeconds);
+  figures.emplace_back(scene.name + ".idle_processor", f->idleProcessorShare);
   return true;
 }
 
