@@ -121,7 +121,7 @@ void MainFrame::EndCapture() {
   ImageCapture::Outcome outcome = ImageCapture::Outcome::kCancelled;
   {
     const WaitScope wait(*this);
-    outcome = ended->capture.Finish([this] { YieldToWindows(); });
+    outcome = ended->capture.Finish([] { YieldToWindows(); });
   }
   cameraLink_ = ended->cameraLink;
   if (outcome != ImageCapture::Outcome::kCancelled) NoteCaptured(outcome, ended->file);

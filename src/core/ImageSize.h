@@ -10,7 +10,7 @@ namespace qv {
 // whatever the file.
 inline bool IsPlausibleImage(std::uint64_t width, std::uint64_t height, std::uint64_t fileBytes) {
   constexpr std::uint64_t kSmallPixels = 1 << 20;
-  constexpr std::uint64_t kMostPixelsPerByte = 8 * 1032;
+  constexpr std::uint64_t kMostPixelsPerByte = std::uint64_t{8} * 1032;
   const std::uint64_t pixels = width * height;
   return pixels <= kSmallPixels || pixels / kMostPixelsPerByte <= fileBytes;
 }
