@@ -11,6 +11,7 @@
 #include "render/frame/HilbertTiles.h"
 #include "render/frame/PixelRays.h"
 #include "render/trace/FloatingPointMode.h"
+#include "render/trace/PacketBlocks.h"
 #include "render/trace/RayPacket.h"
 #include "render/trace/TraceKernels.h"
 #include "render/trace/TransmissionFilter.h"
@@ -20,11 +21,6 @@ namespace qv::bench {
 namespace {
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
-
-// Lane of ray i of block b in a tile of 8 by 8.
-int LaneOf(int block, int i) {
-  return (block / 2 * 2 + i / 4) * kTileSide + block % 2 * 4 + i % 4;
-}
 
 void FillRays(RTCRay8& ray, float tfar) {
   for (int i = 0; i < 8; ++i) {

@@ -54,10 +54,8 @@ int HostProgram::Run() {
     console_.Complain(result.error);
     return kFailure;
   }
-  const LocationAndTime when = PlaceAndTimeOf(options_.when, result.when);
-  session_.SetPlaceAndTime(when);
   Show(std::move(result));
-  const RenderCamera view = StartView(*scene_, SunlightAt(when), options_.view);
+  const RenderCamera view = StartView(*scene_, SunlightAt(session_.Location()), options_.view);
   session_.SetCamera(view);
   console_.Tell("start view: " + TextOf(view));
   if (!StartViewer()) return kFailure;
@@ -110,7 +108,6 @@ HostProgram::Event HostProgram::Load(LoadedScene& result) {
   const Event event = WaitUntil([&](milliseconds time) { return loader.WaitFor(time); });
   if (event == Event::kDone) {
     result = loader.Take();
-    stamp_ = loader.stamp();
   } else {
     loader.GiveUp();
     leftThreadBehind_ = true;
@@ -120,8 +117,14 @@ HostProgram::Event HostProgram::Load(LoadedScene& result) {
 
 void HostProgram::Show(LoadedScene loaded) {
   scene_ = std::move(loaded.scene);
-  session_.SetDefaults(PropertiesOf(loaded.look, viewer_.parent_path() / "CubeMaps"));
+  // The time that was set in the viewer stays until the file has another one.
+  const LocationAndTime when = PlaceAndTimeOf(options_.when, loaded.when);
+  if (when != shownWhen_) session_.SetPlaceAndTime(when);
+  shownWhen_ = when;
+  SceneProperties properties = PropertiesOf(loaded.look, viewer_.parent_path());
+  session_.SetDefaults(std::move(properties.values));
   Describe();
+  for (const std::string& warning : properties.warnings) console_.Complain(warning);
 }
 
 void HostProgram::Describe() {
@@ -179,16 +182,15 @@ HostProgram::Event HostProgram::WhyNotSent(bool answered) {
   return Event::kFailed;
 }
 
+// What the model names may lie anywhere, so that nothing tells whether it has changed but reading
+// it.
 HostProgram::Event HostProgram::Reload() {
-  // What a scene file names may lie anywhere.
-  if (IsSceneFile(options_.model) || StampOf(options_.model) != stamp_) {
-    LoadedScene result;
-    if (const Event event = Load(result); event != Event::kDone) return event;
-    if (result.scene) {
-      Show(std::move(result));
-    } else {
-      console_.Complain(result.error + "; the scene as it was is sent again");
-    }
+  LoadedScene result;
+  if (const Event event = Load(result); event != Event::kDone) return event;
+  if (result.scene) {
+    Show(std::move(result));
+  } else {
+    console_.Complain(result.error + "; the scene as it was is sent again");
   }
   return Send();
 }
@@ -205,6 +207,8 @@ HostProgram::Event HostProgram::Serve() {
 }
 
 int HostProgram::End(Event event) {
+  // Its temporary files would stay where the process ends without destructors.
+  scene_.reset();
   if (!link_) return endRequested_();
   if (event == Event::kViewerClosed) return EndAfterClose();
   const auto code = link_->WaitForViewer(milliseconds(0));

@@ -59,7 +59,7 @@ class HostProgram {
   PropertyStore properties_;
   Session session_;
   std::unique_ptr<Scene> scene_;
-  FolderStamp stamp_;  // of the files that scene_ was read from
+  std::optional<LocationAndTime> shownWhen_;  // what the files last read wanted
   std::filesystem::path viewer_;
   bool leftThreadBehind_ = false;
   std::unique_ptr<HostLink> link_;  // its thread uses the session, so that it goes first

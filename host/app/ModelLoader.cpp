@@ -5,7 +5,7 @@
 namespace qv::host {
 
 ModelLoader::ModelLoader(const std::filesystem::path& model, const LoadOptions& options)
-    : stamp_(StampOf(model)), temporaryFiles_(std::make_shared<TemporaryFolder>()) {
+    : temporaryFiles_(std::make_shared<TemporaryFolder>()) {
   LoadOptions own = options;
   own.temporaryFiles = temporaryFiles_;
   std::packaged_task<LoadedScene()> task([model, own] { return LoadScene(model, own); });

@@ -6,7 +6,6 @@
 #include <optional>
 #include <thread>
 
-#include "host/app/FolderStamp.h"
 #include "host/scenefile/LoadScene.h"
 
 namespace qv::host {
@@ -28,11 +27,7 @@ class ModelLoader {
   // ones. The process is to end without destroying what the thread still uses.
   void GiveUp();
 
-  // Of the files when the reading began.
-  const FolderStamp& stamp() const { return stamp_; }
-
  private:
-  FolderStamp stamp_;
   std::shared_ptr<TemporaryFolder> temporaryFiles_;
   std::future<LoadedScene> result_;
   std::thread thread_;

@@ -13,9 +13,13 @@ namespace qv::host {
 
 using PropertyValues = std::map<std::string, std::vector<std::byte>>;
 
-// The viewer's properties, as bytes, that make it show a scene as its file wants. Cube maps are
-// those of the folder `cubeMaps`, which the viewer knows by their numbers in the listing of that
-// folder; one that is not there is left out.
-PropertyValues PropertiesOf(const SceneLook& look, const std::filesystem::path& cubeMaps);
+// What a scene's file wants, as the viewer's properties.
+struct SceneProperties {
+  PropertyValues values;
+  std::vector<std::string> warnings;  // what cannot be had, one sentence each
+};
+
+// The properties that make a viewer in `viewerFolder` show a scene as its file wants.
+SceneProperties PropertiesOf(const SceneLook& look, const std::filesystem::path& viewerFolder);
 
 }  // namespace qv::host

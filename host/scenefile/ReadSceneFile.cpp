@@ -169,14 +169,14 @@ PlaceAndTime ReadPlaceAndTime(const JsonValue& value) {
   return place;
 }
 
-SceneLook::LightFactors ReadLightFactors(const JsonValue& value) {
+LightFactors ReadLightFactors(const JsonValue& value) {
   const JsonFields fields(value, {"sun", "ambient", "point", "lem", "skyColor"});
   const auto factor = [&](const char* name) {
     const auto field = fields.Find(name);
     return field ? static_cast<float>(field->Number(0, 100)) : 1.0f;
   };
-  SceneLook::LightFactors factors{factor("sun"), factor("ambient"), factor("point"), factor("lem")};
-  if (const auto field = fields.Find("skyColor")) factors.skyColor = field->Truth();
+  LightFactors factors{factor("sun"), factor("ambient"), factor("point"), factor("lem"), false};
+  if (const auto field = fields.Find("skyColor")) factors.useSkyColorForAmbient = field->Truth();
   return factors;
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "core/LightFactors.h"
 #include "host/model/LoadModel.h"
 #include "host/model/Scene.h"
 #include "link/IQuorvane.h"
@@ -86,15 +87,11 @@ struct PlaceAndTime {
 
 // The viewer's settings that a scene is first shown with.
 struct SceneLook {
-  std::optional<std::string> background;  // a cube map's name
+  std::optional<std::string> background;  // the name of a cube map or a weather
   std::optional<float> brightness;
   std::optional<float> contrast;
   std::optional<float> gamma;
   std::optional<float> eyeHeight;  // inches
-  struct LightFactors {
-    float sun = 1, ambient = 1, point = 1, lem = 1;
-    bool skyColor = false;  // the ambient light has the sky's colours
-  };
   std::optional<LightFactors> lightFactors;
 };
 

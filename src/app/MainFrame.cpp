@@ -24,7 +24,6 @@ namespace qv {
 namespace {
 
 constexpr int kStatisticsPoints = 7;
-constexpr int kKeepAntialias = -1;
 constexpr int kFewestSamples = 0;
 
 wxDEFINE_EVENT(EVT_GUI_WORK, wxThreadEvent);
@@ -121,7 +120,7 @@ void MainFrame::FollowViewSize() {
   const wxSize size = view_->GetClientSize();
   if (size == pictureSize_ || size.x < 1 || size.y < 1) return;
   WithIdleRenderer([this](RaytraceImpl& idle) {
-    ResizeTargets(idle, kKeepAntialias);
+    ResizeTargets(idle, RaytraceImpl::kKeepAntialias);
     idle.StartRenderSameCamera(ModeMotion);
   });
 }

@@ -24,7 +24,6 @@ constexpr char kFileNameKey[] = "/Dirs/CaptureFileName";
 // What the rendering takes of the progress; the rest is the writing of the file.
 constexpr int kRenderedPercent = 75;
 constexpr int kLookMilliseconds = 100;
-constexpr int kKeepAntialias = -1;
 
 std::filesystem::path PathOf(const wxString& name) {
   return name.ToStdWstring();
@@ -152,7 +151,7 @@ void MainFrame::ShowViewAgain() {
   WithIdleRenderer([this](RaytraceImpl& renderer) {
     capturing_ = false;
     if (!isResizing_ && view_->GetClientSize() != pictureSize_) {
-      ResizeTargets(renderer, kKeepAntialias);
+      ResizeTargets(renderer, RaytraceImpl::kKeepAntialias);
     }
     const RenderCamera camera =
         std::exchange(hostCamera_, std::nullopt).value_or(renderer.PendingCamera());

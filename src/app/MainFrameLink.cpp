@@ -3,16 +3,22 @@
 #include <wx/config.h>
 
 #include <algorithm>
+#include <exception>
 
 #include "app/FrameMessages.h"
 #include "app/MainFrame.h"
 #include "app/ModelProperties.h"
 #include "app/Preferences.h"
 #include "core/Calendar.h"
+#include "core/Log.h"
+#include "platform/Clock.h"
 #include "ui/CommandIds.h"
 
 namespace qv {
 namespace {
+
+// Until windows that wait for the renderer are asked once more.
+constexpr unsigned kAskAgainMilliseconds = 5;
 
 // Reads one property if the host has it and its value makes sense.
 template <class Parse, class Use>
@@ -29,10 +35,16 @@ bool ReadProperty(IpcInterfaceApp& link, const char* name, Parse&& parse, Use&& 
 
 bool MainFrame::ReceiveScene(const std::function<void(RaytraceImpl&)>& work) {
   // Usually the renderer is fresh. A host that sends more after the first camera meets one that may
-  // be at work.
-  if (!receiving_) {
-    gui_.Call([this] { WithIdleRenderer([this](RaytraceImpl&) { receiving_ = true; }); });
-    if (!receiving_) return false;
+  // be at work, and windows that may be waiting for it.
+  while (!receiving_) {
+    bool ending = true;
+    gui_.Call([&] {
+      WithIdleRenderer([this](RaytraceImpl&) { receiving_ = true; });
+      ending = closing_ || renderer_.get() == nullptr;
+    });
+    if (receiving_) break;
+    if (ending) return false;
+    platform::SleepMilliseconds(kAskAgainMilliseconds);
   }
   return renderer_.Use(work);
 }
@@ -121,7 +133,12 @@ void MainFrame::SceneComplete() {
   ShowStatusText(_("Processing objects..."));
   LoadProperties();
   PostStatusUpdate();
-  ReceiveScene([this](RaytraceImpl& renderer) { renderer.BuildScene(NativeHandle()); });
+  try {
+    ReceiveScene([this](RaytraceImpl& renderer) { renderer.BuildScene(NativeHandle()); });
+  } catch (const std::exception& error) {
+    // Most likely for want of memory. The window is there for the user all the same.
+    Log(LogLevel::kError, std::string("the scene could not be built: ") + error.what());
+  }
   gui_.Call([this] { SceneBuilt(); });
   ShowStatusText(wxString());
   gui_.Call([this] { SetInteractive(true); });
@@ -176,7 +193,8 @@ void MainFrame::SceneBuilt() {
   cameraLink_ = wxConfigBase::Get()->ReadBool("/Defaults/CameraLink", false);
   toolBar_->ToggleTool(kIdCameraLink, cameraLink_);
   if (!isResizing_ && view_->GetClientSize() != pictureSize_) {
-    WithIdleRenderer([this](RaytraceImpl& renderer) { ResizeTargets(renderer, -1); });
+    WithIdleRenderer(
+        [this](RaytraceImpl& renderer) { ResizeTargets(renderer, RaytraceImpl::kKeepAntialias); });
   }
   OnInternalIdle();
 }
@@ -221,13 +239,9 @@ void MainFrame::ReloadData() {
   if (closing_ || waiting_ || capture_ || !link_) return;
   SetInteractive(false);
   SaveSettings();
-  const RaytraceImpl* former = renderer_.get();
-  const bool useAmbientOcclusion = !former || former->UseAmbientOcclusion();
-  const bool useLEM = former && former->UseLEM();
   DestroyRenderer();
-  CreateRenderer(Preferences::Load(*wxConfigBase::Get()).antialiasIndex);
-  renderer_.get()->SetUseAmbientOcclusion(useAmbientOcclusion);
-  renderer_.get()->SetUseLEM(useLEM);
+  // The renderer's own antialias factor counts until the user confirms the preferences anew.
+  CreateRenderer(RaytraceImpl::kKeepAntialias);
   link_->RequestResend();
 }
 

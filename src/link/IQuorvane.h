@@ -16,6 +16,8 @@ struct LocationAndTime {
   float longitude = 0;    // degrees
   std::int32_t year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
   std::int32_t timeZone = 0;  // hours
+
+  bool operator==(const LocationAndTime&) const = default;
 };
 
 // What the host's commands reach: implemented by the main frame. All operations run on the link's

@@ -11,7 +11,6 @@
 namespace qv {
 namespace {
 
-constexpr int kKeepAntialias = -1;
 constexpr unsigned kPumpMilliseconds = 10;
 
 }  // namespace
@@ -30,7 +29,7 @@ bool ImageCapture::Start() {
     formerHeight_ = screen.height;
   });
   renderer_.SetOffline(true);
-  if (!renderer_.ResizeTargets(job_.width, job_.height, kKeepAntialias)) {
+  if (!renderer_.ResizeTargets(job_.width, job_.height, RaytraceImpl::kKeepAntialias)) {
     GiveBack();
     return false;
   }
@@ -95,7 +94,7 @@ ImageCapture::Outcome ImageCapture::Finish(const std::function<void()>& pump) {
 
 void ImageCapture::GiveBack() {
   renderer_.StopRender();
-  renderer_.ResizeTargets(formerWidth_, formerHeight_, kKeepAntialias);
+  renderer_.ResizeTargets(formerWidth_, formerHeight_, RaytraceImpl::kKeepAntialias);
   renderer_.SetOffline(false);
 }
 

@@ -49,10 +49,7 @@ class Device {
 
  private:
   static std::string Configuration(const RaytraceImpl::Options& options) {
-    // The system places the threads that build the scene: the windows need their processors too.
-    std::string text = "set_affinity=0";
-    if (!options.rayInstructions.empty()) text += ",isa=" + options.rayInstructions;
-    return text;
+    return options.rayInstructions.empty() ? std::string() : "isa=" + options.rayInstructions;
   }
 
   RTCDevice device_;
@@ -366,7 +363,7 @@ std::optional<RayHit> RaytraceImpl::CastRay(const Vec3& origin, const Vec3& dire
     {
       const std::shared_lock lock(scene.UpdateMutex());
       if (scene.EmbreeScene() == nullptr) return std::nullopt;
-      if (!scene.sceneBusy) return CastInto(parts_->Target(), origin, direction);
+      if (!scene.IsBusy()) return CastInto(parts_->Target(), origin, direction);
     }
     platform::SleepMilliseconds(1);
   }

@@ -122,9 +122,10 @@ class RaytraceImpl {
   std::int32_t CubeMapIndex() const;
   const std::vector<std::wstring>& CubeMapNames() const;  // does not change
 
+  static constexpr int kKeepAntialias = -1;
   // Reallocates the pictures; the job must have been stopped. `antialiasIndex` 0, 1, 2 gives 2, 4,
-  // 8 samples on each axis, -1 keeps the factor, anything else gives 2. False if the memory is
-  // refused; nothing is rendered then.
+  // 8 samples on each axis, kKeepAntialias keeps the factor, which is 2 at first, anything else
+  // gives 2. False if the memory is refused; nothing is rendered then.
   bool ResizeTargets(int width, int height, int antialiasIndex);
 
   // Queues a job; never waits for rendering, but may wait for a running scene commit or sky update.

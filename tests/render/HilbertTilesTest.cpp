@@ -9,7 +9,7 @@
 namespace qv {
 namespace {
 
-// The curve as its table is published: for each state and quarter the bit of y, the bit of x and
+// The curve written out a second time: for each state and quarter the bit of y, the bit of x and
 // the next state; the walk always goes over 32 quarters, begun in state `levels & 1`.
 TilePosition WalkAllQuarters(int levels, std::uint64_t i) {
   static constexpr const char* kTable[4][4] = {{"001", "010", "110", "103"},

@@ -19,7 +19,8 @@ std::vector<std::wstring> SubfolderNames(const std::filesystem::path& folder) {
       // Bytes that are no UTF-8.
     }
   }
-  // A copy of a folder is listed in another order than the folder itself.
+  // As the file systems of Windows list them. Here a copy of a folder would be listed in another
+  // order than the folder itself.
   std::sort(names.begin(), names.end());
   return names;
 }

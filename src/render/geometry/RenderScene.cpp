@@ -113,11 +113,11 @@ void RenderScene::Build(void* userData) {
   triangleCount_ = triangles;
   materialCount_ = static_cast<std::int32_t>(materials_.size());
   SampleLEMLights(lemLights_);
-  sceneBusy = false;
+  sceneBusy_ = false;
 }
 
 void RenderScene::CommitForFrame(const Vec3& viewDirection) {
-  sceneBusy = true;
+  sceneBusy_ = true;
   {
     const std::unique_lock lock(updateMutex_);
     if (embreeScene_ != nullptr) {
@@ -128,12 +128,12 @@ void RenderScene::CommitForFrame(const Vec3& viewDirection) {
       rtcCommitScene(embreeScene_);
     }
   }
-  sceneBusy = false;
+  sceneBusy_ = false;
 }
 
 void RenderScene::Clear() {
   const std::unique_lock lock(updateMutex_);
-  sceneBusy = true;
+  sceneBusy_ = true;
   currentMesh_.reset();
   meshes_.clear();
   if (embreeScene_ != nullptr) {

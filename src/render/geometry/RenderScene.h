@@ -73,8 +73,8 @@ class RenderScene {
   RTCScene EmbreeScene() const { return embreeScene_; }
 
   // True from construction until the first scene is built, and while the scene is updated for a
-  // frame. May be set by a caller that knows that a frame follows.
-  std::atomic<bool> sceneBusy{true};
+  // frame. Any thread.
+  bool IsBusy() const { return sceneBusy_; }
   // Held shared by ray casts from outside the engine, exclusively by an update.
   std::shared_mutex& UpdateMutex() const { return updateMutex_; }
 
@@ -82,6 +82,7 @@ class RenderScene {
   void MeasureBounds();
   void RepairMaterials();
 
+  std::atomic<bool> sceneBusy_{true};
   RTCDevice device_;
   std::vector<RenderLight> lights_;
   std::vector<RenderLEMLight> lemLights_;

@@ -87,7 +87,8 @@ void AddBakedLight(const ShadeInputs& in, const LaneFloats& weight, RayPacket& p
   AddLight(baked, in.factors.ambient, weight, packet.lightmap, packet);
 }
 
-// Without the factor of the light panel: so it stands.
+// The factor of the light panel does not dim it: a preview and a picture without occlusion are
+// never dark.
 void AddPlainAmbient(const ShadeInputs& in, const LaneFloats& weight, RayPacket& packet) {
   if (in.pass == PassPreview) {
     AddScaled(packet.color, packet.geometry, kPreviewWeight, weight, packet.diffuse, kWhite);

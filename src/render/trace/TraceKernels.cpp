@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 
+#include "render/trace/PacketBlocks.h"
 #include "render/trace/TransmissionFilter.h"
 
 namespace qv {
@@ -12,24 +13,9 @@ namespace {
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-// The split of the 64 lanes into the ray library's packets: block b covers 4 columns by 2 rows of
-// the tile, that is, two runs of four neighbouring lanes.
-constexpr int kBlocks = kLanes / 8;
-constexpr int kRun = 4;
-
-constexpr int FirstLane(int block, int run) {
-  return (block / 2 * 2 + run) * kTileSide + block % 2 * kRun;
-}
-
-static_assert(FirstLane(1, 0) == 4 && FirstLane(1, 1) == 12 && FirstLane(7, 1) == 60);
-
 void Gather(const float* lanes, int block, float* out) {
   std::memcpy(out, lanes + FirstLane(block, 0), kRun * sizeof(float));
   std::memcpy(out + kRun, lanes + FirstLane(block, 1), kRun * sizeof(float));
-}
-
-constexpr int LaneOf(int block, int i) {
-  return FirstLane(block, i / kRun) + i % kRun;
 }
 
 // The valid words of a block; false if no lane of it is active.

@@ -112,10 +112,15 @@ TEST_F(Sessions, DefaultsOfTheSceneCountUntilTheUserChangesThem) {
   look.contrast = 0.25f;
   look.lightFactors.emplace();
   look.lightFactors->lem = 2;
-  look.lightFactors->skyColor = true;
+  look.lightFactors->useSkyColorForAmbient = true;
   look.background = "second";
-  std::filesystem::create_directories(folder() / "maps" / "second");
-  session.SetDefaults(PropertiesOf(look, folder() / "maps"));
+  // Whatever the order in which the disk has them, the viewer counts them by their names.
+  for (const char* name : {"third", "first", "second"}) {
+    std::filesystem::create_directories(folder() / "CubeMaps" / name);
+  }
+  SceneProperties properties = PropertiesOf(look, folder());
+  EXPECT_TRUE(properties.warnings.empty());
+  session.SetDefaults(properties.values);
 
   // As the link's records have them.
   const auto floats = [&](const std::string& name, std::size_t count) {
@@ -133,15 +138,15 @@ TEST_F(Sessions, DefaultsOfTheSceneCountUntilTheUserChangesThem) {
   EXPECT_EQ(session.Property("light_factors")->size(), 20u);
   EXPECT_EQ(session.Property("light_factors")->at(16), std::byte{1});
   EXPECT_EQ(session.Property("background"),
-            std::vector<std::byte>({std::byte{8}, {}, {}, {}, {}, {}, {}, {}}));
+            std::vector<std::byte>({std::byte{8}, {}, {}, {}, std::byte{1}, {}, {}, {}}));
   EXPECT_FALSE(session.Property("eye_height"));
 
   session.SetProperty("gamma", {std::byte{1}});
   EXPECT_EQ(session.Property("gamma"), std::vector<std::byte>({std::byte{1}}));
-  // A cube map that is not there.
-  look.background = "third";
-  session.SetDefaults(PropertiesOf(look, folder() / "maps"));
-  EXPECT_FALSE(session.Property("background"));
+  look.background = "fourth";
+  properties = PropertiesOf(look, folder());
+  EXPECT_FALSE(properties.values.contains("background"));
+  EXPECT_EQ(properties.warnings.size(), 1u);
 }
 
 }  // namespace
