@@ -3,6 +3,8 @@
 #include <wx/evtloop.h>
 #include <wx/utils.h>
 
+#include <utility>
+
 #include "platform/Clock.h"
 
 namespace qv {
@@ -40,7 +42,15 @@ void PresetsSite::Play(const std::function<void()>& moves) {
   moves();
   if (--playing_ > 0) return;
   escape_.reset();
+  FinishPicture();
   site_.PlayingEnded();
+}
+
+void PresetsSite::FinishPicture() {
+  RaytraceImpl* renderer = site_.SceneRenderer();
+  if (std::exchange(moving_, false) && renderer && !site_.CloseAsked()) {
+    renderer->StartRenderSameCamera(ModeStill);
+  }
 }
 
 PresetsSite::SunSite PresetsSite::Sun() {
@@ -84,6 +94,7 @@ void PresetsSite::SetSunDate(double julianDate) {
 }
 
 void PresetsSite::Show(const RenderCamera& camera, StageFrame frame) {
+  moving_ = frame == StageFrame::kMoveStep || frame == StageFrame::kPlayed;
   if (RaytraceImpl* renderer = site_.SceneRenderer()) {
     renderer->StartRender(camera.position, camera.forward, camera.up, camera.fieldOfView,
                           camera.target, ModeOf(frame), true);

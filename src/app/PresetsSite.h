@@ -37,9 +37,13 @@ class PresetsSite : public PresetsFrame, private CameraStage {
   void Wait() override;
   bool StopAsked() override;
 
+  // What was given up in mid-air stays there, but not in the quality of a moving picture.
+  void FinishPicture();
+
   PanelSite& site_;
   std::optional<EscapeWatch> escape_;  // of the preset that was opened last
-  int playing_ = 0;  // presets of which each was opened while the one before played
+  int playing_ = 0;      // presets of which each was opened while the one before played
+  bool moving_ = false;  // the picture that was asked for last is one of many
 };
 
 }  // namespace qv

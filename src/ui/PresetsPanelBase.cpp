@@ -13,6 +13,7 @@ namespace {
 
 const wxSize kClientSize(303, 289);
 constexpr int kFewestRows = 4;
+constexpr int kBorderAllowance = 16;
 
 }  // namespace
 
@@ -36,8 +37,8 @@ _PresetsPanel::_PresetsPanel(wxWindow* parent)
   all->Add(list_, wxSizerFlags(1).Expand());
   ground->SetSizer(all);
 
-  // All tools are in sight.
-  const int width = tools_->GetBestSize().x;
+  // All tools are in sight, whatever the frame's border takes of the width.
+  const int width = tools_->GetBestSize().x + FromDIP(kBorderAllowance);
   SetMinClientSize(wxSize(width, kFewestRows * FromDIP(kToolImageSize.y)));
   wxSize size = FromDIP(kClientSize);
   size.IncTo(wxSize(width, 0));
