@@ -80,9 +80,7 @@ class LogPanel::List : public wxListCtrl {
   std::vector<LogHistory::Line> lines_;
 };
 
-LogPanel::LogPanel(wxWindow* parent)
-    : wxFrame(parent, wxID_ANY, _("Log"), wxDefaultPosition, wxDefaultSize,
-              wxDEFAULT_FRAME_STYLE | wxFRAME_FLOAT_ON_PARENT | wxFRAME_NO_TASKBAR) {
+LogPanel::LogPanel(wxWindow* parent) : FloatingFrame(parent, _("Log")) {
   auto* ground = new wxPanel(this);
   list_ = new List(ground);
   auto* copy = new wxButton(ground, wxID_COPY, _("Copy All"));
@@ -99,14 +97,6 @@ LogPanel::LogPanel(wxWindow* parent)
 
   copy->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { CopyAll(); });
   clear->Bind(wxEVT_BUTTON, [](wxCommandEvent&) { LogHistory::Shared().Clear(); });
-  Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
-    if (!event.CanVeto()) {
-      event.Skip();
-      return;
-    }
-    event.Veto();
-    Show(false);
-  });
 }
 
 LogPanel::~LogPanel() {
@@ -114,7 +104,7 @@ LogPanel::~LogPanel() {
 }
 
 bool LogPanel::Show(bool show) {
-  const bool changed = wxFrame::Show(show);
+  const bool changed = FloatingFrame::Show(show);
   if (!changed) return false;
   if (show) {
     Refill();

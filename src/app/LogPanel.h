@@ -1,14 +1,14 @@
 #pragma once
 
-#include <wx/frame.h>
-
 #include <atomic>
+
+#include "ui/FloatingFrame.h"
 
 namespace qv {
 
 // The window "Log": the newest lines of the program's log, whatever level goes to standard error.
 // It fills itself while it is shown; closing hides it.
-class LogPanel : public wxFrame {
+class LogPanel : public FloatingFrame {
  public:
   explicit LogPanel(wxWindow* parent);
   ~LogPanel() override;

@@ -11,8 +11,10 @@
 
 #include "app/BackgroundSettingsDialog.h"
 #include "app/FrameMessages.h"
+#include "app/LightSite.h"
 #include "app/MainFrameScopes.h"
 #include "app/Preferences.h"
+#include "app/PresetsSite.h"
 #include "app/StatusTexts.h"
 #include "app/WindowLayout.h"
 #include "core/Log.h"
@@ -61,6 +63,7 @@ MainFrame::MainFrame(wxWindow* parent, std::uint32_t hostWindow, std::uint32_t p
 
 MainFrame::~MainFrame() {
   Shutdown();
+  DestroyPanels();
 }
 
 void MainFrame::CreateRenderer(int antialiasIndex) {
@@ -167,6 +170,7 @@ void MainFrame::SetInteractive(bool interactive) {
     eyeHeightPopUp_->Hide();
   }
   EnableContents(interactive);
+  EnablePanels(interactive);
   UpdateWindowUI(wxUPDATE_UI_RECURSE);
   // So that keys move the camera at once.
   if (interactive) view_->SetFocus();
@@ -175,13 +179,14 @@ void MainFrame::SetInteractive(bool interactive) {
 void MainFrame::ShowFirst() {
   showing_ = true;
   Show(true);
+  ShowPanelsOfLastTime();
   wxTheApp->Yield();
   showing_ = false;
   CatchUpWithClose();
 }
 
 void MainFrame::CatchUpWithClose() {
-  if (waiting_ || showing_ || closing_ || !openDialogs_.empty()) return;
+  if (waiting_ || showing_ || closing_ || IsPlaying() || !openDialogs_.empty()) return;
   if (!std::exchange(closeAsked_, false)) return;
   CallAfter([this] { Close(true); });
 }
@@ -197,6 +202,12 @@ void MainFrame::OnClose(wxCloseEvent& event) {
     closeAsked_ = true;
     if (event.CanVeto()) event.Veto();
     if (openDialogs_.back()->IsModal()) openDialogs_.back()->EndModal(wxID_CANCEL);
+    return;
+  }
+  if (IsPlaying()) {
+    // What plays is on the stack: it ends first.
+    closeAsked_ = true;
+    if (event.CanVeto()) event.Veto();
     return;
   }
   if (capture_) {
@@ -223,6 +234,7 @@ void MainFrame::Shutdown() {
   // renderer.
   navigation_->Stop();
   eyeHeightPopUp_->Hide();
+  HidePanels();
   Show(false);
   gui_.Close();
   DestroyRenderer();

@@ -14,20 +14,25 @@
 #include "FrameWindow.h"
 #include "app/EyeHeightPopUp.h"
 #include "app/GuiExecutor.h"
-#include "app/NavigationSite.h"
+#include "app/PanelSite.h"
 #include "app/PicturePainter.h"
 #include "app/SharedSlot.h"
 #include "app/ViewNavigation.h"
 #include "link/IQuorvane.h"
 #include "link/IpcInterfaceApp.h"
 #include "output/ImageCapture.h"
+#include "presets/LightImageSettings.h"
 #include "render/RaytraceImpl.h"
 
 class wxDialog;
 
 namespace qv {
 
+class LightPanel;
+class LightSite;
 class LogPanel;
+class PresetsPanel;
+class PresetsSite;
 class ProgressCancelDialog;
 class WindowLayout;
 struct CaptureRequest;
@@ -38,7 +43,7 @@ struct CaptureRequest;
 // Windows are touched on the GUI thread only. Commands arrive on the link's listener thread and
 // finished pictures on the render thread; both hand what concerns windows to the executor. The
 // frame comes up disabled, and is enabled when a scene is complete.
-class MainFrame : public FrameWindow, public IQuorvane, private NavigationSite {
+class MainFrame : public FrameWindow, public IQuorvane, private PanelSite {
  public:
   // The host's message window and process id, as on the command line.
   MainFrame(wxWindow* parent, std::uint32_t hostWindow, std::uint32_t processId);
@@ -95,6 +100,7 @@ class MainFrame : public FrameWindow, public IQuorvane, private NavigationSite {
   bool FollowsCamera() const override { return cameraLink_; }
   float EyeHeight() const override { return eyeHeight_; }
   void RefreshStatusBar() override { PostStatusUpdate(); }
+  void CameraStepped() override;
   void OnFlyMode(wxCommandEvent& event) override;
   void OnWalkMode(wxCommandEvent& event) override;
   void OnResetCameraRoll(wxCommandEvent& event) override;
@@ -109,11 +115,29 @@ class MainFrame : public FrameWindow, public IQuorvane, private NavigationSite {
   void OnAmbientOcclusion(wxCommandEvent& event) override;
   void OnLEM(wxCommandEvent& event) override;
   void OnCapture(wxCommandEvent& event) override;
-  void OnLogPanel(wxCommandEvent& event) override;
 
-  // Dialogs, layouts and update rules; MainFrameWindows.cpp.
+  // The floating panels; MainFramePanels.cpp.
   void MakePanels();
+  void ShowPanelsOfLastTime();
+  void HidePanels();
+  void DestroyPanels();
+  // Layouts and what else the panels keep from one run to the next.
   void SaveLayouts();
+  void BindPanelRules();
+  void EnablePanels(bool enable);
+  // Shows what came with a scene.
+  void RefillPanels();
+  void OnPresetsPanel(wxCommandEvent& event) override;
+  void OnLightPanel(wxCommandEvent& event) override;
+  void OnLogPanel(wxCommandEvent& event) override;
+  RaytraceImpl* Renderer() const override { return renderer_.get(); }
+  RaytraceImpl* SceneRenderer() const override;
+  void ShowAdjustedPicture() override;
+  bool CloseAsked() const override { return closeAsked_; }
+  void PlayingEnded() override { CatchUpWithClose(); }
+  bool IsPlaying() const;
+
+  // Dialogs and update rules; MainFrameWindows.cpp.
   void BindUpdateRules();
   // Shows a modal dialog and gives its result, or wxID_CANCEL when the frame was closed meanwhile:
   // then the frame goes as soon as its handlers have returned.
@@ -184,10 +208,15 @@ class MainFrame : public FrameWindow, public IQuorvane, private NavigationSite {
   std::unique_ptr<ViewNavigation> navigation_;
   EyeHeightPopUp* eyeHeightPopUp_ = nullptr;  // a window of the frame's
   std::vector<wxDialog*> openDialogs_;        // modal, the innermost last
+  std::vector<LightImageSettings> lightSets_;
+  std::unique_ptr<PresetsSite> presetsSite_;
+  std::unique_ptr<LightSite> lightSite_;
+  PresetsPanel* presetsPanel_ = nullptr;
+  LightPanel* lightPanel_ = nullptr;
   LogPanel* logPanel_ = nullptr;
   ProgressCancelDialog* progressDialog_ = nullptr;  // made when it is first needed
-  std::unique_ptr<WindowLayout> mainLayout_;
-  std::unique_ptr<WindowLayout> logLayout_;
+  std::vector<std::unique_ptr<WindowLayout>> layouts_;
+  std::vector<wxFrame*> panelsAtStart_;  // to be shown with the frame
 
   std::atomic<bool> cameraLink_{false};
   std::atomic<bool> sceneShown_{false};

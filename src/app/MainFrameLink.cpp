@@ -189,7 +189,7 @@ void MainFrame::ApplyBackground(std::int32_t backgroundType, std::int32_t cubeMa
 void MainFrame::SceneBuilt() {
   sceneShown_ = false;
   painter_.Forget();
-  // Panels that list what belongs to the scene are refilled here.
+  RefillPanels();
   cameraLink_ = wxConfigBase::Get()->ReadBool("/Defaults/CameraLink", false);
   toolBar_->ToggleTool(kIdCameraLink, cameraLink_);
   if (!isResizing_ && view_->GetClientSize() != pictureSize_) {

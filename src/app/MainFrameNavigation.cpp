@@ -6,11 +6,7 @@
 namespace qv {
 
 RaytraceImpl* MainFrame::NavigableRenderer() const {
-  RaytraceImpl* renderer = renderer_.get();
-  if (!renderer || !interactive_ || !sceneShown_ || waiting_ || receiving_ || closing_) {
-    return nullptr;
-  }
-  return renderer->Offline() ? nullptr : renderer;
+  return IsPlaying() ? nullptr : SceneRenderer();
 }
 
 void MainFrame::FollowNavigationMode() {

@@ -1,40 +1,15 @@
-// The main frame's dialogs and layouts, and the tools that change how the picture is shaded.
+// The main frame's dialogs and update rules, and the tools that change how the picture is shaded.
 
 #include <wx/config.h>
 #include <wx/dialog.h>
 
-#include "app/LogPanel.h"
 #include "app/MainFrame.h"
 #include "app/Preferences.h"
 #include "app/PreferencesDialog.h"
 #include "app/ToolRules.h"
-#include "app/WindowLayout.h"
 #include "ui/CommandIds.h"
 
 namespace qv {
-namespace {
-
-const wxRect kMainRect(0, 0, 640, 480);
-const wxRect kLogRect(0, 0, 400, 300);
-
-}  // namespace
-
-void MainFrame::MakePanels() {
-  logPanel_ = new LogPanel(this);
-  mainLayout_ = std::make_unique<WindowLayout>(*this, "/Layouts/MainView/");
-  logLayout_ = std::make_unique<WindowLayout>(*logPanel_, "/Layouts/LogPanel/");
-  const auto scaled = [this](const wxRect& rect) {
-    return wxRect(rect.GetPosition(), FromDIP(rect.GetSize()));
-  };
-  // The frame is always shown, and the log only on request.
-  mainLayout_->Restore({scaled(kMainRect), GetMinSize(), true});
-  logLayout_->Restore({scaled(kLogRect), GetMinSize(), false});
-}
-
-void MainFrame::SaveLayouts() {
-  mainLayout_->Save();
-  logLayout_->Save();
-}
 
 void MainFrame::BindUpdateRules() {
   for (const int tool :
@@ -61,9 +36,7 @@ void MainFrame::BindUpdateRules() {
         show(event, LEMTool(interactive_, renderer && renderer->UseLEM(), {}));
       },
       kIdLEM);
-  Bind(
-      wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Check(logPanel_->IsShown()); },
-      kIdLogPanel);
+  BindPanelRules();
 }
 
 int MainFrame::ShowDialog(wxDialog& dialog) {
@@ -101,10 +74,6 @@ void MainFrame::OnLEM(wxCommandEvent& event) {
   if (!renderer || receiving_) return;
   renderer->SetUseLEM(event.IsChecked());
   renderer->StartRenderSameCamera(ModeStill);
-}
-
-void MainFrame::OnLogPanel(wxCommandEvent& event) {
-  logPanel_->Show(event.IsChecked());
 }
 
 }  // namespace qv

@@ -19,6 +19,8 @@ class NavigationSite {
   virtual bool FollowsCamera() const = 0;  // the host wants to know the camera
   virtual float EyeHeight() const = 0;
   virtual void RefreshStatusBar() = 0;
+  // Navigation has done a step, whether or not it moved anything.
+  virtual void CameraStepped() = 0;
 };
 
 }  // namespace qv

@@ -128,7 +128,10 @@ void ViewNavigation::OnWheel(wxMouseEvent& event) {
 void ViewNavigation::OnTick() {
   if (!ticking_) return;
   moved_ = false;
-  if (site_.NavigableRenderer()) navigator_.Tick(Held(), platform::NowSeconds());
+  if (site_.NavigableRenderer()) {
+    navigator_.Tick(Held(), platform::NowSeconds());
+    site_.CameraStepped();
+  }
   if (ticking_) timer_.StartOnce(moved_ ? kTickMilliseconds : kRestMilliseconds);
 }
 
@@ -185,6 +188,7 @@ void ViewNavigation::ShowStill(const RenderCamera& camera) {
   if (RaytraceImpl* renderer = site_.NavigableRenderer()) {
     renderer->StartRender(camera.position, camera.forward, camera.up, camera.fieldOfView,
                           camera.target, ModeStill, true);
+    site_.CameraStepped();
   }
 }
 

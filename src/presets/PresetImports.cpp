@@ -70,7 +70,7 @@ void PresetsEditor::ImportPath() {
     prompts_.ShowMessage(_("Keyframe count must be at least 2."));
     return;
   }
-  const auto answer = AskName("Path", false);
+  const auto answer = AskName(_("Path"), false);
   if (!answer) return;
   auto animation = std::make_shared<CameraAnimationPreset>(answer->name, SunRecord());
   animation->keys = std::move(path.keys);

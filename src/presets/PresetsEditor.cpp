@@ -113,7 +113,7 @@ void PresetsEditor::Save() {
 }
 
 void PresetsEditor::AddView() {
-  const auto answer = AskName("View", false);
+  const auto answer = AskName(_("View"), false);
   if (!answer) return;
   Append(MakeView(answer->name));
   Save();
@@ -122,7 +122,7 @@ void PresetsEditor::AddView() {
 void PresetsEditor::InsertView(Selection selected) {
   const std::vector<std::size_t> rows = Present(selected);
   if (rows.empty()) return;
-  const auto answer = AskName("View", false);
+  const auto answer = AskName(_("View"), false);
   if (!answer) return;
   Insert(std::min(rows.front() + 1, presets_.size()), MakeView(answer->name));
   Save();
@@ -139,7 +139,7 @@ void PresetsEditor::UpdateView(Selection selected) {
 void PresetsEditor::AddKeyframeAnimation(Selection selected) {
   auto views = ChosenViews(selected, _("Some View Presets might not have camera settings.\n  ->"));
   if (!views) return;
-  const auto answer = AskPath("Path");
+  const auto answer = AskPath(_("Path"));
   if (!answer) return;
   Append(std::make_shared<CameraKeyAnimationPreset>(std::move(*views), answer->speed, answer->name,
                                                     SunRecord(), kStartPause, kEndPause));
@@ -149,7 +149,7 @@ void PresetsEditor::AddKeyframeAnimation(Selection selected) {
 void PresetsEditor::AddTour(Selection selected) {
   auto views = ChosenViews(selected, _("Some View Presets have no camera settings.\n  ->"));
   if (!views) return;
-  const auto answer = AskName("Path", false);
+  const auto answer = AskName(_("Path"), false);
   if (!answer) return;
   Append(std::make_shared<TourAnimationPreset>(std::move(*views), answer->name, SunRecord(),
                                                kFirstDwell, kLastDwell, kTravel, kDwell));
@@ -227,7 +227,7 @@ void PresetsEditor::Open(Selection selected) {
   const PresetPointer preset = presets_[rows.front()];  // the list may be loaded anew meanwhile
   preset->jumpDirectly = false;
   Superseding stage(*this);
-  preset->Apply(stage);
+  frame_.Play([&] { preset->Apply(stage); });
   if (stage.IsSuperseded() || !frame_.IsCameraLinked()) return;
 
   const PresetsFrame::SunSite sun = frame_.Sun();
@@ -246,7 +246,7 @@ void PresetsEditor::ToggleRecording() {
   }
   const auto recording = recorder_.Stop();
   rows_.ShowRecording(false);
-  const auto answer = AskName("Path", true);
+  const auto answer = AskName(_("Path"), true);
   if (!answer) return;
   recording->name = answer->name;
   recording->hasSunTime = answer->recordSun;

@@ -3,6 +3,7 @@
 #include <wx/string.h>
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -25,6 +26,9 @@ class PresetsFrame {
 
   virtual ~PresetsFrame() = default;
   virtual CameraStage& Stage() = 0;
+  // Calls `moves`, which moves the camera on the stage for a while and has events handled
+  // meanwhile. Another call may come from these.
+  virtual void Play(const std::function<void()>& moves) = 0;
   virtual SunSite Sun() = 0;
   virtual float EyeHeight() = 0;
   virtual bool IsCameraLinked() = 0;

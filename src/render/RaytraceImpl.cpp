@@ -189,6 +189,10 @@ double RaytraceImpl::JulianDate() const {
   return parts_->background.Moment().julianDate;
 }
 
+float RaytraceImpl::Latitude() const {
+  return parts_->background.Moment().latitude;
+}
+
 float RaytraceImpl::Longitude() const {
   return parts_->background.Moment().longitude;
 }

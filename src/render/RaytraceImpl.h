@@ -116,6 +116,7 @@ class RaytraceImpl {
                           float timeZone);
   void SetJulianDate(double julianDate);
   double JulianDate() const;
+  float Latitude() const;
   float Longitude() const;
   void SetBackground(std::int32_t backgroundType, std::int32_t cubeMapIndex);
   std::int32_t BackgroundType() const;

@@ -48,6 +48,9 @@ void _MainFrame::AddMenus() {
   auto* tools = new wxMenu;
   tools->Append(kIdPreferences, _("Preferences...") + "\tCtrl+,");
   auto* window = new wxMenu;
+  window->AppendCheckItem(kIdPresetsPanel, _("Presets"));
+  window->AppendCheckItem(kIdLightPanel, _("Light"));
+  window->AppendSeparator();
   window->AppendCheckItem(kIdLogPanel, _("Log"));
   auto* menuBar = new wxMenuBar;
   menuBar->Append(view, _("View"));
@@ -72,6 +75,11 @@ void _MainFrame::AddTools() {
                     _("Use Ambient Occlusion for shading"));
   toolBar_->AddTool(kIdLEM, _("LEM ON/OFF"), LoadToolImage("LEM", kToolImageSize), wxBitmapBundle(),
                     wxITEM_CHECK, _("Use LEM"));
+  toolBar_->AddTool(kIdPresetsPanel, _("Show Preset Panel"), LoadToolImage("View", kToolImageSize),
+                    wxBitmapBundle(), wxITEM_CHECK, _("Presets Panel"));
+  toolBar_->AddTool(kIdLightPanel, _("Show Light Control Panel"),
+                    LoadToolImage("PointLight", kToolImageSize), wxBitmapBundle(), wxITEM_CHECK,
+                    _("Lighting/Image Settings Panel"));
   toolBar_->AddTool(kIdBackground, _("Change background settings."),
                     LoadToolImage("Background", kToolImageSize), wxBitmapBundle(), wxITEM_NORMAL,
                     _("Background Settings Dialog"));
@@ -98,6 +106,8 @@ void _MainFrame::BindEvents() {
   Bind(wxEVT_TOOL, &_MainFrame::OnLEM, this, kIdLEM);
   Bind(wxEVT_TOOL, &_MainFrame::OnCapture, this, kIdCapture);
   Bind(wxEVT_MENU, &_MainFrame::OnPreferences, this, kIdPreferences);
+  Bind(wxEVT_MENU, &_MainFrame::OnPresetsPanel, this, kIdPresetsPanel);
+  Bind(wxEVT_MENU, &_MainFrame::OnLightPanel, this, kIdLightPanel);
   Bind(wxEVT_MENU, &_MainFrame::OnLogPanel, this, kIdLogPanel);
 }
 

@@ -31,6 +31,8 @@ class _MainFrame
   virtual void OnAmbientOcclusion(wxCommandEvent& event) = 0;
   virtual void OnLEM(wxCommandEvent& event) = 0;
   virtual void OnCapture(wxCommandEvent& event) = 0;
+  virtual void OnPresetsPanel(wxCommandEvent& event) = 0;
+  virtual void OnLightPanel(wxCommandEvent& event) = 0;
   virtual void OnLogPanel(wxCommandEvent& event) = 0;
 
   wxPanel* view_;

@@ -17,6 +17,7 @@ namespace {
 class FakeFrame : public PresetsFrame {
  public:
   CameraStage& Stage() override { return stage; }
+  void Play(const std::function<void()>& moves) override { moves(); }
   SunSite Sun() override { return sun; }
   float EyeHeight() override { return 66; }
   bool IsCameraLinked() override { return linked; }

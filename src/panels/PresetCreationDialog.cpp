@@ -1,0 +1,58 @@
+#include "panels/PresetCreationDialog.h"
+
+#include <wx/msgdlg.h>
+
+#include <utility>
+
+#include "presets/PresetDialogRules.h"
+
+namespace qv {
+namespace {
+
+// The proposal is there to be typed over.
+void Propose(wxTextCtrl& field, const wxString& proposal) {
+  field.ChangeValue(proposal);
+  field.SetFocus();
+  field.SelectAll();
+}
+
+}  // namespace
+
+PresetCreationDialog::PresetCreationDialog(wxWindow* parent, const wxString& proposal,
+                                           std::optional<bool> recordSun)
+    : _PresetCreationDialog(parent, recordSun.has_value()) {
+  recordSun_->SetValue(recordSun.value_or(false));
+  Propose(*name_, proposal);
+}
+
+bool PresetCreationDialog::Validate() {
+  if (name_->IsEmpty()) {
+    name_->SetFocus();
+    return false;
+  }
+  answer_ = {name_->GetValue(), recordSun_->GetValue()};
+  return true;
+}
+
+PresetCreationDialog1::PresetCreationDialog1(wxWindow* parent, const wxString& proposal,
+                                             wxConfigBase& settings, ShowDialog showDialog)
+    : _PresetCreationDialog1(parent), settings_(settings), showDialog_(std::move(showDialog)) {
+  speed_->ChangeValue(ProposedCameraSpeed(settings_));
+  Propose(*name_, proposal);
+}
+
+bool PresetCreationDialog1::Validate() {
+  wxString problem;
+  const auto entry = CheckPathEntry(settings_, name_->GetValue(), speed_->GetValue(), problem);
+  if (entry) {
+    answer_ = *entry;
+    return true;
+  }
+  wxMessageDialog message(this, problem, wxMessageBoxCaptionStr, wxOK);
+  showDialog_(message);
+  wxTextCtrl* wrong = name_->IsEmpty() ? name_ : speed_;
+  wrong->SetFocus();
+  return false;
+}
+
+}  // namespace qv
