@@ -11,7 +11,7 @@ namespace {
 constexpr int kMargin = 12;
 constexpr int kGap = 8;
 constexpr int kIndent = 24;
-constexpr int kLongestNumber = 5;
+constexpr unsigned long kLongestNumber = 5;
 
 }  // namespace
 

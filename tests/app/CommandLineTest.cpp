@@ -13,6 +13,7 @@ class CommandLine : public ::testing::Test {
   static std::optional<HostAddress> Read(std::vector<wxString> words) {
     words.insert(words.begin(), "quorvane");
     std::vector<wxChar*> arguments;
+    arguments.reserve(words.size());
     for (wxString& word : words) arguments.push_back(const_cast<wxChar*>(word.wc_str()));
     return HostFromCommandLine(static_cast<int>(arguments.size()), arguments.data());
   }

@@ -117,6 +117,7 @@ TEST_F(GuiExecutorTest, ManyThreadsLoseNothing) {
   constexpr int kThreads = 4, kTasks = 500;
   int posted = 0, called = 0;  // touched by the GUI thread alone
   std::vector<std::thread> others;
+  others.reserve(kThreads);
   for (int t = 0; t < kThreads; ++t) {
     others.emplace_back([&] {
       for (int i = 0; i < kTasks; ++i) {

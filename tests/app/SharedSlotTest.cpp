@@ -44,6 +44,7 @@ TEST(SharedSlot, ReplacingUnderUseKeepsEachObjectAlive) {
   std::atomic<bool> stop{false};
   std::atomic<int> uses{0};
   std::vector<std::thread> users;
+  users.reserve(3);
   for (int i = 0; i < 3; ++i) {
     users.emplace_back([&] {
       while (!stop) {

@@ -14,13 +14,14 @@ TEST(ExpandPicture, TurnsBottomUpTriplesIntoTopDownWords) {
   std::vector<std::uint8_t> in(kPitch * kHeight, 0xEE);
   for (int y = 0; y < kHeight; ++y) {
     for (int x = 0; x < kWidth; ++x) {
-      std::uint8_t* pixel = &in[kPitch * y + 3 * x];
+      std::uint8_t* pixel =
+          in.data() + static_cast<std::ptrdiff_t>(kPitch) * y + 3 * static_cast<std::ptrdiff_t>(x);
       pixel[0] = static_cast<std::uint8_t>(10 * y + x);
       pixel[1] = static_cast<std::uint8_t>(100 + x);
       pixel[2] = static_cast<std::uint8_t>(200 + y);
     }
   }
-  std::vector<std::uint32_t> out(8 * kHeight, 0);
+  std::vector<std::uint32_t> out(std::size_t{8} * kHeight, 0);
   ExpandPicture({kWidth, kHeight, kPitch, in.data(), {}},
                 reinterpret_cast<std::uint8_t*>(out.data()), 8 * sizeof(std::uint32_t));
   for (int y = 0; y < kHeight; ++y) {

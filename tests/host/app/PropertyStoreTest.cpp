@@ -113,6 +113,7 @@ TEST_F(Properties, AreKeptForTheSessionWhereNothingCanBeWritten) {
 TEST_F(Properties, MayBeSetAndReadByManyThreads) {
   PropertyStore store = Open();
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([&store, i] {
       for (int j = 0; j < 20; ++j) {

@@ -20,7 +20,7 @@ class TestFolder : public ::testing::Test {
   }
 
   std::filesystem::path Write(const std::string& name, const std::string& text) {
-    const std::filesystem::path path = folder_ / name;
+    std::filesystem::path path = folder_ / name;
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << text;
     return path;

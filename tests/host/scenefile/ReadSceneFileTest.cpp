@@ -102,8 +102,8 @@ TEST(ReadSceneFile, MakesLightsAsBrightAsWantedAtTheirDistance) {
   EXPECT_TRUE(file.areaLights[0].emission.isApprox(Vec3(90, 90, 90)));
   const auto& corners = file.areaLights[0].corners;
   ASSERT_EQ(corners.size(), 6u);
-  for (int triangle = 0; triangle < 2; ++triangle) {
-    const auto* c = &corners[static_cast<std::size_t>(3 * triangle)];
+  for (std::size_t triangle = 0; triangle < 2; ++triangle) {
+    const auto* c = &corners[3 * triangle];
     // Half the rectangle, facing down.
     EXPECT_TRUE((c[1] - c[0]).cross(c[2] - c[0]).isApprox(Vec3(0, 0, -24)));
   }

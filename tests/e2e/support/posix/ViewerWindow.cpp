@@ -65,7 +65,7 @@ void FakeButton(::Display* display, unsigned button, bool down) {
 }
 
 void FakeKey(::Display* display, HeldKey key, bool down) {
-  KeySym symbol = static_cast<KeySym>(key);
+  KeySym symbol = static_cast<unsigned char>(key);
   if (key == kEnter) symbol = XK_Return;
   if (key == kShift) symbol = XK_Shift_L;
   if (key == kControl) symbol = XK_Control_L;
