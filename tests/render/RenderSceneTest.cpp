@@ -84,9 +84,9 @@ TEST(RenderScene, TakesNoDataWithoutAMesh) {
     scene.Build(nullptr);
     EXPECT_EQ(scene.Meshes().size(), 1u);
     EXPECT_EQ(scene.TriangleCount(), 0);
-    EXPECT_FALSE(scene.sceneBusy);
+    EXPECT_FALSE(scene.IsBusy());
     scene.Clear();
-    EXPECT_TRUE(scene.sceneBusy);
+    EXPECT_TRUE(scene.IsBusy());
     EXPECT_TRUE(scene.Meshes().empty() && scene.Materials().empty() && scene.Lights().empty());
     EXPECT_EQ(scene.EmbreeScene(), nullptr);
     // A sky update after the scene has gone.

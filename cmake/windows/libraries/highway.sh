@@ -4,5 +4,5 @@ version=1.0.3
 needs=()
 
 make_library() {
-  cmake_library "$src" -DHWY_ENABLE_CONTRIB=OFF -DHWY_ENABLE_EXAMPLES=OFF -DBUILD_TESTING=OFF
+  cmake_library "$src" -DHWY_ENABLE_EXAMPLES=OFF -DBUILD_TESTING=OFF
 }
