@@ -74,10 +74,25 @@ std::vector<std::uint32_t> ScreenPixels(const RECT& part, int width, int height)
   return pixels;
 }
 
+// When a key or the pointer was last moved.
+std::chrono::steady_clock::time_point lastInput;
+
+void PutPointer(int x, int y) {
+  SetCursorPos(x, y);
+  lastInput = std::chrono::steady_clock::now();
+}
+
+// No key goes down shortly after that. Wine compares its keys with those of the X server when the
+// pointer comes into a window, and lets go what is held by SendInput alone; and for a twentieth of
+// a second it tells a process that asks for a key what it told before.
+void LetInputArrive() {
+  std::this_thread::sleep_until(lastInput + std::chrono::milliseconds(100));
+}
+
 // A tool under the pointer looks different.
 void TakePointerAway(HWND window) {
   const RECT inside = Inside(window);
-  SetCursorPos((inside.left + inside.right) / 2, (inside.top + inside.bottom) / 2);
+  PutPointer((inside.left + inside.right) / 2, (inside.top + inside.bottom) / 2);
 }
 
 void SendMouse(DWORD what, int data = 0) {
@@ -98,6 +113,7 @@ void SendKey(HeldKey key, DWORD flags) {
   input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(input.ki.wVk, MAPVK_VK_TO_VSC));
   input.ki.dwFlags = flags;
   SendInput(1, &input, sizeof(input));
+  lastInput = std::chrono::steady_clock::now();
 }
 
 }  // namespace
@@ -151,6 +167,10 @@ Screenshot ViewerWindow::Shoot() const {
   return shot;
 }
 
+int ViewerWindow::ToolRows() {
+  return 32;
+}
+
 void ViewerWindow::Resize(int width, int height) {
   RECT frame{};
   GetWindowRect(native_->window, &frame);
@@ -178,7 +198,7 @@ void ViewerWindow::Click(int x, int y) {
 
 void ViewerWindow::MovePointer(int x, int y) {
   const RECT inside = Inside(native_->window);
-  SetCursorPos(inside.left + x, inside.top + y);
+  PutPointer(inside.left + x, inside.top + y);
 }
 
 void ViewerWindow::Press(Button button) {
@@ -199,6 +219,7 @@ void ViewerWindow::TurnWheel(int notches) {
 }
 
 void ViewerWindow::KeyDown(HeldKey key) {
+  LetInputArrive();
   SendKey(key, 0);
 }
 
