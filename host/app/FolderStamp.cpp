@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include "platform/PathText.h"
+
 namespace qv::host {
 
 FolderStamp StampOf(const std::filesystem::path& model) {
@@ -16,7 +18,8 @@ FolderStamp StampOf(const std::filesystem::path& model) {
        entry.increment(error)) {
     std::error_code unknown;
     const auto time = entry->last_write_time(unknown);
-    const bool own = entry->path().filename().string().find(".quorvane.json") != std::string::npos;
+    const std::string name = platform::Utf8FromPath(entry->path().filename());
+    const bool own = name.find(".quorvane.json") != std::string::npos;
     if (unknown || own || !entry->is_regular_file(unknown)) continue;
     ++stamp.files;
     stamp.newest = std::max(stamp.newest, time);

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <initializer_list>
 
+#include "platform/PathText.h"
+
 namespace qv::host {
 namespace {
 
@@ -26,7 +28,7 @@ std::optional<std::int32_t> CubeMapNumber(const fs::path& cubeMaps, const std::s
        entry.increment(error)) {
     std::error_code ignored;
     if (!entry->is_directory(ignored)) continue;
-    if (entry->path().filename() == fs::path(std::u8string(name.begin(), name.end()))) {
+    if (entry->path().filename() == platform::PathFromUtf8(name)) {
       return number;
     }
     ++number;
