@@ -74,25 +74,20 @@ std::vector<std::uint32_t> ScreenPixels(const RECT& part, int width, int height)
   return pixels;
 }
 
-// When a key or the pointer was last moved.
-std::chrono::steady_clock::time_point lastInput;
-
-void PutPointer(int x, int y) {
-  SetCursorPos(x, y);
-  lastInput = std::chrono::steady_clock::now();
-}
-
-// No key goes down shortly after that. Wine compares its keys with those of the X server when the
-// pointer comes into a window, and lets go what is held by SendInput alone; and for a twentieth of
-// a second it tells a process that asks for a key what it told before.
-void LetInputArrive() {
-  std::this_thread::sleep_until(lastInput + std::chrono::milliseconds(100));
+// Waits until the window has taken what was sent before. A key or button may then follow: Wine
+// compares its keys with those of the X server when the pointer comes into a window, and lets go
+// what is held by SendInput alone; it tells a process that asks for a key for a twentieth of a
+// second what it told before; and the pointer is for a moment where it was.
+void LetInputArrive(HWND window) {
+  DWORD_PTR ignored = 0;
+  SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 20000, &ignored);
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
 }
 
 // A tool under the pointer looks different.
 void TakePointerAway(HWND window) {
   const RECT inside = Inside(window);
-  PutPointer((inside.left + inside.right) / 2, (inside.top + inside.bottom) / 2);
+  SetCursorPos((inside.left + inside.right) / 2, (inside.top + inside.bottom) / 2);
 }
 
 void SendMouse(DWORD what, int data = 0) {
@@ -113,7 +108,6 @@ void SendKey(HeldKey key, DWORD flags) {
   input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(input.ki.wVk, MAPVK_VK_TO_VSC));
   input.ki.dwFlags = flags;
   SendInput(1, &input, sizeof(input));
-  lastInput = std::chrono::steady_clock::now();
 }
 
 }  // namespace
@@ -188,38 +182,39 @@ void ViewerWindow::Close() {
 void ViewerWindow::Click(int x, int y) {
   SetForegroundWindow(native_->window);
   MovePointer(x, y);
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
   Press(Button::kLeft);
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
   Release(Button::kLeft);
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  LetInputArrive(native_->window);
   TakePointerAway(native_->window);
 }
 
 void ViewerWindow::MovePointer(int x, int y) {
   const RECT inside = Inside(native_->window);
-  PutPointer(inside.left + x, inside.top + y);
+  SetCursorPos(inside.left + x, inside.top + y);
 }
 
 void ViewerWindow::Press(Button button) {
+  LetInputArrive(native_->window);
   SendMouse(button == Button::kLeft     ? MOUSEEVENTF_LEFTDOWN
             : button == Button::kMiddle ? MOUSEEVENTF_MIDDLEDOWN
                                         : MOUSEEVENTF_RIGHTDOWN);
 }
 
 void ViewerWindow::Release(Button button) {
+  LetInputArrive(native_->window);
   SendMouse(button == Button::kLeft     ? MOUSEEVENTF_LEFTUP
             : button == Button::kMiddle ? MOUSEEVENTF_MIDDLEUP
                                         : MOUSEEVENTF_RIGHTUP);
 }
 
 void ViewerWindow::TurnWheel(int notches) {
+  LetInputArrive(native_->window);
   const int direction = notches > 0 ? WHEEL_DELTA : -WHEEL_DELTA;
   for (int i = 0; i < std::abs(notches); ++i) SendMouse(MOUSEEVENTF_WHEEL, direction);
 }
 
 void ViewerWindow::KeyDown(HeldKey key) {
-  LetInputArrive();
+  LetInputArrive(native_->window);
   SendKey(key, 0);
 }
 
