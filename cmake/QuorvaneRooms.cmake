@@ -8,13 +8,12 @@ function(quorvane_room name)
   target_link_libraries(quorvane_${name} PUBLIC quorvane_options ${ROOM_USES} PRIVATE ${ROOM_PRIVATE_USES})
 endfunction()
 
-# quorvane_test(NAME SOURCES ... USES target ... [LABELS label ...] [TIMEOUT seconds] [EMULATED_ARGUMENTS argument ...])
+# quorvane_test(NAME SOURCES ... USES target ... [LABELS label ...] [TIMEOUT seconds])
 #
 # One GoogleTest program, run by ctest as one test a case (as one altogether in a cross build). Those with the label
-# threads are run with the thread sanitizer too; the target quorvane_thread_tests builds all of these. The emulated arguments
-# are those of the program in a cross build.
+# threads are run with the thread sanitizer too; the target quorvane_thread_tests builds all of these.
 function(quorvane_test name)
-  cmake_parse_arguments(TEST "" "TIMEOUT" "SOURCES;USES;LABELS;EMULATED_ARGUMENTS" ${ARGN})
+  cmake_parse_arguments(TEST "" "TIMEOUT" "SOURCES;USES;LABELS" ${ARGN})
   if(NOT TEST_TIMEOUT)
     set(TEST_TIMEOUT 120)
   endif()
@@ -34,7 +33,7 @@ function(quorvane_test name)
 
   if(CMAKE_CROSSCOMPILING)
     # Run by an emulator, where each start takes long: the whole program is one test.
-    add_test(NAME ${name} COMMAND ${name} ${TEST_EMULATED_ARGUMENTS})
+    add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 900 LABELS "${TEST_LABELS}")
     return()
   endif()

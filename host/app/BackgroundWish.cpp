@@ -6,6 +6,7 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "platform/PathText.h"
 #include "sky/BackgroundTypes.h"
 #include "sky/CubeMaps.h"
 
@@ -14,18 +15,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// UTF-8, as the command line has it.
-std::string TextOf(const std::wstring& name) {
-  const std::u8string text = fs::path(name).u8string();
-  return {text.begin(), text.end()};
-}
-
 }  // namespace
 
 std::vector<std::byte> BackgroundProperty(const std::string& name, const fs::path& viewerFolder) {
   std::vector<std::string> cubeMaps;
   for (const std::wstring& cubeMap : sky::ListCubeMaps(sky::CubeMapFolder(viewerFolder))) {
-    cubeMaps.push_back(TextOf(cubeMap));
+    cubeMaps.push_back(platform::Utf8FromPath(cubeMap));
   }
   const auto found = std::find(cubeMaps.begin(), cubeMaps.end(), name);
   std::array<std::int32_t, 2> words{sky::kTextureBackground, -1};

@@ -9,6 +9,7 @@
 #include "host/app/BackgroundWish.h"
 #include "host/app/SceneProperties.h"
 #include "host/app/Sunlight.h"
+#include "platform/PathText.h"
 #include "platform/ProgramPath.h"
 
 namespace qv::host {
@@ -67,10 +68,10 @@ int HostProgram::Run() {
 bool HostProgram::FindViewer() {
   viewer_ = options_.viewer.empty()
                 ? platform::ProgramPath().parent_path() / platform::ProgramFileName("quorvane")
-                : fs::path(options_.viewer);
+                : options_.viewer;
   std::error_code error;
   if (fs::is_regular_file(viewer_, error)) return true;
-  console_.Complain("there is no viewer at " + viewer_.string() +
+  console_.Complain("there is no viewer at " + platform::Utf8FromPath(viewer_) +
                     (options_.viewer.empty() ? "; --viewer PATH names another place" : ""));
   return false;
 }
@@ -141,8 +142,8 @@ bool HostProgram::StartViewer() {
     console_.Complain("the link to the viewer can't be made");
     return false;
   }
-  if (link_->StartViewer(viewer_.string())) return true;
-  console_.Complain("the viewer " + viewer_.string() + " can't be started");
+  if (link_->StartViewer(platform::Utf8FromPath(viewer_))) return true;
+  console_.Complain("the viewer " + platform::Utf8FromPath(viewer_) + " can't be started");
   return false;
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/app/OptionValues.h"
+#include "platform/PathText.h"
 
 namespace qv::host {
 namespace {
@@ -68,7 +69,7 @@ void SetNorth(Options& options, const std::string& value) {
 
 void SetViewer(Options& options, const std::string& value) {
   if (value.empty()) throw BadValue("a path");
-  options.viewer = value;
+  options.viewer = platform::PathFromUtf8(value);
 }
 
 void SetBackground(Options& options, const std::string& value) {
@@ -215,8 +216,9 @@ std::variant<Options, ShowHelp, ShowVersion, UsageError> ParseOptions(
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     const std::string& argument = arguments[i];
     if (optionsEnded || !IsOption(argument)) {
-      if (!options.model.empty()) return UsageError{TwoModels(options.model, argument)};
-      options.model = argument;
+      if (!options.model.empty())
+        return UsageError{TwoModels(platform::Utf8FromPath(options.model), argument)};
+      options.model = platform::PathFromUtf8(argument);
     } else if (argument == "--help" || argument == "-h") {
       return ShowHelp{};
     } else if (argument == "--version") {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <variant>
@@ -13,14 +14,14 @@ namespace qv::host {
 
 // What the command line asks for.
 struct Options {
-  std::string model;
+  std::filesystem::path model;
   LoadOptions load;
   ViewWishes view;
   PlaceAndTime when;
   bool lights = true;
   bool areaLights = true;
-  std::string viewer;      // empty: the one beside this program
-  std::string background;  // a cube map or a kind of weather; empty: as stored with the model
+  std::filesystem::path viewer;  // empty: the one beside this program
+  std::string background;        // a cube map or a kind of weather; empty: as stored with the model
 };
 
 struct ShowHelp {};

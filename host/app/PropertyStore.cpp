@@ -2,11 +2,12 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <utility>
+
+#include "platform/PathText.h"
 
 namespace qv::host {
 namespace {
@@ -93,12 +94,12 @@ std::array<fs::path, 2> NewestFirst(const fs::path& a, const fs::path& b) {
 PropertyStore::PropertyStore(const fs::path& model, const fs::path& userFolder) {
   std::error_code error;
   const fs::path absolute = fs::absolute(model, error).lexically_normal();
-  model_ = absolute.string();
+  model_ = platform::Utf8FromPath(absolute);
   besideModel_ = absolute;
   besideModel_ += ".quorvane.json";
   if (!userFolder.empty()) {
-    const std::string name = absolute.filename().string();
-    inUserFolder_ = userFolder / (name + '-' + HashOf(model_) + ".quorvane.json");
+    inUserFolder_ = userFolder / absolute.filename();
+    inUserFolder_ += '-' + HashOf(model_) + ".quorvane.json";
   }
   file_ = besideModel_;
   for (const fs::path& file : NewestFirst(besideModel_, inUserFolder_)) {
@@ -133,7 +134,7 @@ fs::path PropertyStore::file() const {
 bool PropertyStore::Read(const fs::path& file) {
   const auto text = WholeFile(file);
   if (!text) {
-    warnings_.push_back("The properties in " + file.string() + " can't be read.");
+    warnings_.push_back("The properties in " + platform::Utf8FromPath(file) + " can't be read.");
     return false;
   }
   auto values = ValuesIn(*text);
@@ -146,8 +147,8 @@ bool PropertyStore::Read(const fs::path& file) {
   kept += ".broken";
   std::error_code error;
   fs::rename(file, kept, error);
-  warnings_.push_back(file.string() + " holds no properties" +
-                      (error ? "." : "; it is now " + kept.string() + "."));
+  warnings_.push_back(platform::Utf8FromPath(file) + " holds no properties" +
+                      (error ? "." : "; it is now " + platform::Utf8FromPath(kept) + "."));
   return false;
 }
 
@@ -176,15 +177,11 @@ bool PropertyStore::Write(const fs::path& file) const {
 }
 
 fs::path UserFolder() {
-  const auto variable = [](const char* name) -> fs::path {
-    const char* value = std::getenv(name);
-    return value == nullptr ? "" : value;
-  };
-  const fs::path data = variable("XDG_DATA_HOME");
+  const fs::path data = platform::PathFromEnvironment("XDG_DATA_HOME");
   if (data.is_absolute()) return data / "quorvane";
-  const fs::path home = variable("HOME");
+  const fs::path home = platform::PathFromEnvironment("HOME");
   if (home.is_absolute()) return home / ".local" / "share" / "quorvane";
-  const fs::path local = variable("LOCALAPPDATA");
+  const fs::path local = platform::PathFromEnvironment("LOCALAPPDATA");
   return local.is_absolute() ? local / "quorvane" : fs::path();
 }
 

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <utility>
 
+#include "platform/PathText.h"
+
 namespace qv::host {
 namespace {
 
@@ -120,7 +122,8 @@ void Session::SetProperty(const std::string& name, std::vector<std::byte> value)
     console_.Tell("property: " + name + ", " + std::to_string(size) + " bytes");
   } else {
     console_.Complain("the property " + name + " can't be written to " +
-                      properties_.file().string() + " and is kept until the end only");
+                      platform::Utf8FromPath(properties_.file()) +
+                      " and is kept until the end only");
   }
 }
 

@@ -7,43 +7,16 @@
 #include <cmath>
 #include <cstdint>
 #include <filesystem>
-#include <string>
-#include <system_error>
 
-#include "core/ImageSize.h"
 #include "host/model/MaterialReader.h"
+#include "imagefile/FileAccess.h"
+#include "imagefile/ImageFile.h"
 
 namespace qv::host {
 namespace {
 
 // Sides beyond this are taken for a broken header.
 constexpr unsigned kMaximumSide = 32768;
-
-// Unknown for what is no plain file: to open a pipe would wait for whoever writes to it.
-FREE_IMAGE_FORMAT FormatOfFile(const std::string& path) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return FIF_UNKNOWN;
-  FREE_IMAGE_FORMAT format = FreeImage_GetFileType(path.c_str(), 0);
-  if (format == FIF_UNKNOWN) format = FreeImage_GetFIFFromFilename(path.c_str());
-  if (format == FIF_UNKNOWN || FreeImage_FIFSupportsReading(format) == 0) return FIF_UNKNOWN;
-  return format;
-}
-
-bool HasSoundSize(FIBITMAP* image, std::uint64_t fileBytes) {
-  const unsigned width = FreeImage_GetWidth(image);
-  const unsigned height = FreeImage_GetHeight(image);
-  return width <= kMaximumSide && height <= kMaximumSide &&
-         IsPlausibleImage(width, height, fileBytes);
-}
-
-// Grey of 16 bits goes over grey of 8.
-ImagePixels In32Bits(FIBITMAP* image) {
-  if (FreeImage_GetImageType(image) != FIT_UINT16) {
-    return ImagePixels(FreeImage_ConvertTo32Bits(image));
-  }
-  const ImagePixels grey(FreeImage_ConvertTo8Bits(image));
-  return ImagePixels(grey ? FreeImage_ConvertTo32Bits(grey.get()) : nullptr);
-}
 
 template <typename Change>
 void ForEachPixel(ImagePixels& pixels, Change change) {
@@ -89,23 +62,20 @@ void ImageUnloader::operator()(FIBITMAP* image) const {
 }
 
 bool IsReadableImage(const std::filesystem::path& path) {
-  return FormatOfFile(path.string()) != FIF_UNKNOWN;
+  return imagefile::IsReadable(path);
 }
 
 std::optional<ImagePixels> LoadPixels(const std::filesystem::path& path) {
-  const std::string name = path.string();
-  const FREE_IMAGE_FORMAT format = FormatOfFile(name);
-  if (format == FIF_UNKNOWN) return std::nullopt;
-  std::error_code error;
-  const std::uint64_t fileBytes = std::filesystem::file_size(path, error);
-  if (error) return std::nullopt;
-  if (FreeImage_FIFSupportsNoPixels(format) != 0) {
-    const ImagePixels header(FreeImage_Load(format, name.c_str(), FIF_LOAD_NOPIXELS));
-    if (header && !HasSoundSize(header.get(), fileBytes)) return std::nullopt;
+  // Whoever asks tells the user what cannot be read.
+  const imagefile::Complaints unheard;
+  const auto size = imagefile::SizeOf(path);
+  if (size && (size->width > kMaximumSide || size->height > kMaximumSide)) return std::nullopt;
+  const imagefile::Bitmap loaded = imagefile::Load(path);
+  if (!loaded || FreeImage_GetWidth(loaded.get()) > kMaximumSide ||
+      FreeImage_GetHeight(loaded.get()) > kMaximumSide) {
+    return std::nullopt;
   }
-  const ImagePixels loaded(FreeImage_Load(format, name.c_str(), 0));
-  if (!loaded || !HasSoundSize(loaded.get(), fileBytes)) return std::nullopt;
-  ImagePixels pixels = In32Bits(loaded.get());
+  ImagePixels pixels(imagefile::In32Bits(loaded.get()).release());
   if (!pixels) return std::nullopt;
   // Without a table or channel of transparency the conversion may leave the alpha at 0.
   if (FreeImage_IsTransparent(loaded.get()) == 0) MakeOpaque(pixels);
@@ -127,7 +97,7 @@ std::optional<ImagePixels> PixelsFromTexels(const aiTexture& texture) {
 }
 
 bool Save(const ImagePixels& pixels, const std::filesystem::path& path) {
-  return FreeImage_Save(FIF_PNG, pixels.get(), path.string().c_str(), PNG_Z_BEST_SPEED) != 0;
+  return imagefile::Write(pixels.get(), FIF_PNG, path, PNG_Z_BEST_SPEED);
 }
 
 bool Tint(ImagePixels& pixels, const Vec3& tint) {

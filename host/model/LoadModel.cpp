@@ -20,6 +20,7 @@
 #include "host/model/SceneMaterials.h"
 #include "host/model/SceneMeshes.h"
 #include "host/model/TextureFiles.h"
+#include "platform/PathText.h"
 
 namespace qv::host {
 namespace {
@@ -32,7 +33,7 @@ constexpr double kFarFromOrigin = 2e5;
 
 aiScene* ReadFile(Assimp::Importer& importer, const fs::path& path) {
   importer.SetPropertyBool(AI_CONFIG_IMPORT_FBX_PRESERVE_PIVOTS, false);
-  if (importer.ReadFile(path.string(), 0) == nullptr) return nullptr;
+  if (importer.ReadFile(platform::Utf8FromPath(path), 0) == nullptr) return nullptr;
   // The importer owns the scene and hands it out as read-only; it is ours to change all the same,
   // and its later steps take it as it is then.
   return const_cast<aiScene*>(importer.GetScene());
@@ -137,7 +138,8 @@ LoadResult Load(const fs::path& path, const LoadOptions& options) {
 
 LoadResult LoadModel(const fs::path& path, const LoadOptions& options) {
   const auto failure = [&](const std::string& why) {
-    return LoadResult{nullptr, "The model " + path.string() + " can't be read: " + why};
+    return LoadResult{nullptr,
+                      "The model " + platform::Utf8FromPath(path) + " can't be read: " + why};
   };
   try {
     const fs::path absolute = fs::absolute(path).lexically_normal();

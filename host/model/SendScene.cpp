@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/PathText.h"
+
 namespace qv::host {
 namespace {
 
@@ -84,7 +86,7 @@ bool SendMeshes(HostLink& link, const Scene& scene) {
 
 std::optional<SentCounts> SendScene(HostLink& link, const Scene& scene,
                                     const SendOptions& options) {
-  const bool sent = link.SetModelDirectory(scene.directory.string()) &&
+  const bool sent = link.SetModelDirectory(platform::Utf8FromPath(scene.directory)) &&
                     link.SetStatusMessage("Loading materials...") && SendMaterials(link, scene) &&
                     (!options.lights || SendLights(link, scene)) &&
                     (!options.areaLights || SendAreaLights(link, scene)) &&

@@ -21,7 +21,7 @@ std::string RandomName() {
 
 }  // namespace
 
-std::optional<fs::path> TemporaryFolder::NewPath(const std::string& suffix) {
+std::optional<fs::path> TemporaryFolder::NewPath(const fs::path& suffix) {
   const std::lock_guard lock(mutex_);
   if (removed_) return std::nullopt;
   if (folder_.empty()) {
@@ -31,7 +31,9 @@ std::optional<fs::path> TemporaryFolder::NewPath(const std::string& suffix) {
     fs::permissions(folder, fs::perms::owner_all, error);
     folder_ = folder;
   }
-  return folder_ / (std::to_string(files_++) + suffix);
+  fs::path name = std::to_string(files_++);
+  name += suffix;
+  return folder_ / name;
 }
 
 void TemporaryFolder::Remove() {

@@ -19,7 +19,7 @@ class TemporaryFolder {
 
   // A path in the folder that no earlier call gave, its name ending in `suffix`. Nothing if there
   // is no folder to be had, or it has been removed.
-  std::optional<std::filesystem::path> NewPath(const std::string& suffix);
+  std::optional<std::filesystem::path> NewPath(const std::filesystem::path& suffix);
   // Removes the folder before the end; there is no other after it.
   void Remove();
 

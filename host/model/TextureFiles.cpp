@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "host/model/ImagePixels.h"
+#include "platform/PathText.h"
 
 namespace qv::host {
 namespace {
@@ -47,7 +48,7 @@ std::optional<std::string> TextureFiles::FileFor(const TextureUse& texture) {
   if (!isNew) return place->second;
   auto path = MakeFile(texture);
   if (path) path = ShortPath(*path);
-  if (path) place->second = path->string();
+  if (path) place->second = platform::Utf8FromPath(*path);
   return place->second;
 }
 
@@ -55,7 +56,8 @@ std::optional<fs::path> TextureFiles::MakeFile(const TextureUse& texture) {
   const auto source = Source(texture.name);
   if (!source) return std::nullopt;
   if (!IsReadableImage(*source)) {
-    warnings_.push_back("The texture " + source->string() + " is no image that can be read.");
+    warnings_.push_back("The texture " + platform::Utf8FromPath(*source) +
+                        " is no image that can be read.");
     return std::nullopt;
   }
   const bool asItIs = texture.alpha == AlphaUse::kBlend && texture.opacityName.empty() &&
@@ -90,7 +92,7 @@ std::optional<fs::path> TextureFiles::WriteEmbedded(const aiTexture& texture) {
 std::optional<fs::path> TextureFiles::Changed(const fs::path& source, const TextureUse& texture) {
   auto pixels = LoadPixels(source);
   if (!pixels) {
-    warnings_.push_back("The texture " + source.string() + " can't be read.");
+    warnings_.push_back("The texture " + platform::Utf8FromPath(source) + " can't be read.");
     return std::nullopt;
   }
   bool changed = Tint(*pixels, texture.tint);
@@ -107,9 +109,9 @@ std::optional<fs::path> TextureFiles::Changed(const fs::path& source, const Text
 }
 
 std::optional<fs::path> TextureFiles::ShortPath(const fs::path& path) {
-  if (path.string().size() < kMaximumPath) return path;
-  auto alias = temporaryFiles_->NewPath(path.extension().string());
-  if (!alias || alias->string().size() >= kMaximumPath) return std::nullopt;
+  if (platform::Utf8FromPath(path).size() < kMaximumPath) return path;
+  auto alias = temporaryFiles_->NewPath(path.extension());
+  if (!alias || platform::Utf8FromPath(*alias).size() >= kMaximumPath) return std::nullopt;
   std::error_code error;
   fs::create_symlink(path, *alias, error);
   if (error) {

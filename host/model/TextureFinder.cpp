@@ -4,6 +4,8 @@
 #include <cctype>
 #include <vector>
 
+#include "platform/PathText.h"
+
 namespace qv::host {
 namespace {
 
@@ -75,11 +77,12 @@ std::vector<std::string> PartsOf(const std::string& name) {
 // An entry of a folder whatever the case of its letters.
 std::optional<fs::path> Entry(const fs::path& folder, const std::string& name) {
   std::error_code error;
-  if (fs::exists(folder / name, error)) return folder / name;
+  fs::path asNamed = folder / platform::PathFromUtf8(name);
+  if (fs::exists(asNamed, error)) return asNamed;
   const std::string lower = Lower(name);
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error)) {
-    if (Lower(entry->path().filename().string()) == lower) return entry->path();
+    if (Lower(platform::Utf8FromPath(entry->path().filename())) == lower) return entry->path();
   }
   return std::nullopt;
 }
@@ -107,7 +110,8 @@ std::optional<fs::path> TextureFinder::Find(const std::string& name) {
 std::optional<fs::path> TextureFinder::FindCleaned(const std::string& name) {
   const std::vector<std::string> parts = PartsOf(name);
   if (parts.empty()) return std::nullopt;
-  if (fs::path(name).is_absolute() && IsFile(name)) return fs::path(name).lexically_normal();
+  const fs::path whole = platform::PathFromUtf8(name);
+  if (whole.is_absolute() && IsFile(whole)) return whole.lexically_normal();
   for (std::size_t first = 0; first < parts.size(); ++first) {
     if (auto found = FileBelow(directory_, parts, first)) return found;
   }
@@ -138,7 +142,8 @@ void TextureFinder::ListFolder(const fs::path& folder, int depth) {
     if (entry->is_directory(ignored)) {
       if (!entry->is_symlink(ignored)) folders.push_back(entry->path());
     } else {
-      fileOfName_.try_emplace(Lower(entry->path().filename().string()), entry->path());
+      fileOfName_.try_emplace(Lower(platform::Utf8FromPath(entry->path().filename())),
+                              entry->path());
     }
   }
   std::sort(folders.begin(), folders.end());

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/scenefile/SceneFileError.h"
+#include "platform/PathText.h"
 
 namespace qv::host {
 namespace {
@@ -66,7 +67,7 @@ using OpenArchive = std::unique_ptr<void, ArchiveCloser>;
 OpenArchive Open(fs::path path) {
   std::error_code error;
   if (!fs::is_regular_file(path, error)) {
-    throw SceneFileError("there is no file " + path.string());
+    throw SceneFileError("there is no file " + platform::Utf8FromPath(path));
   }
   zlib_filefunc64_def calls{};
   calls.zopen64_file = OpenStream;
@@ -78,7 +79,7 @@ OpenArchive Open(fs::path path) {
   // The path is only used while it is opened.
   calls.opaque = &path;
   OpenArchive archive(unzOpen2_64("", &calls));
-  if (!archive) throw SceneFileError(path.string() + " is no zip archive");
+  if (!archive) throw SceneFileError(platform::Utf8FromPath(path) + " is no zip archive");
   return archive;
 }
 
@@ -88,7 +89,7 @@ bool StaysInside(const std::string& name) {
   if (name.empty() || name.front() == '/' || name.find_first_of(kForbidden) != std::string::npos) {
     return false;
   }
-  const fs::path path(name, fs::path::generic_format);
+  const fs::path path = platform::PathFromUtf8(name);
   return path.is_relative() &&
          std::none_of(path.begin(), path.end(), [](const fs::path& part) { return part == ".."; });
 }
@@ -96,7 +97,7 @@ bool StaysInside(const std::string& name) {
 class Unpacker {
  public:
   Unpacker(const fs::path& archive, const ArchiveLimits& limits)
-      : name_(archive.string()), limits_(limits), archive_(Open(archive)) {}
+      : name_(platform::Utf8FromPath(archive)), limits_(limits), archive_(Open(archive)) {}
 
   // All entries whose names begin with `folder`; whether `wanted` was among them.
   bool Unpack(const std::string& folder, const std::string& wanted, const fs::path& target) {
@@ -109,7 +110,7 @@ class Unpacker {
       const std::string name = EntryName();
       if (!StaysInside(name)) Fail("holds a file \"" + name + "\", which leads out of its folder");
       if (name.compare(0, folder.size(), folder) != 0 || name.back() == '/') continue;
-      WriteEntry(name, target / fs::path(name, fs::path::generic_format));
+      WriteEntry(name, target / platform::PathFromUtf8(name));
       found |= name == wanted;
     }
     return found;
@@ -153,7 +154,8 @@ class Unpacker {
     const int closed = unzCloseCurrentFile(archive_.get());
     if (count < 0 || closed != UNZ_OK) Fail("holds a damaged file \"" + name + '"');
     file.close();
-    if (!file) throw SceneFileError("the file " + path.string() + " can't be written");
+    if (!file)
+      throw SceneFileError("the file " + platform::Utf8FromPath(path) + " can't be written");
   }
 
   std::string name_;
@@ -172,7 +174,7 @@ fs::path UnpackFolderOf(const fs::path& archive, const std::string& entry, const
   if (!unpacker.Unpack(folder, entry, target)) {
     unpacker.Fail("holds no file \"" + entry + '"');
   }
-  return target / fs::path(entry, fs::path::generic_format);
+  return target / platform::PathFromUtf8(entry);
 }
 
 }  // namespace qv::host

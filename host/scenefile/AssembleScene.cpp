@@ -14,6 +14,7 @@
 #include "host/scenefile/ModelPlacement.h"
 #include "host/scenefile/SceneFileError.h"
 #include "host/scenefile/Shapes.h"
+#include "platform/PathText.h"
 
 namespace qv::host {
 namespace {
@@ -22,10 +23,6 @@ namespace fs = std::filesystem;
 
 // Of the names that a message lists.
 constexpr std::size_t kMostNames = 30;
-
-fs::path PathOf(const std::string& utf8) {
-  return {std::u8string(utf8.begin(), utf8.end())};
-}
 
 Bounds BoundsOf(const SceneMesh& mesh) {
   Bounds bounds;
@@ -49,8 +46,9 @@ class Files {
         reference.archive.empty() ? BesideSceneFile(reference.path) : Unpacked(reference);
     std::error_code error;
     if (!fs::is_regular_file(path, error)) {
-      throw SceneFileError(reference.place + ": there is no file " +
-                           (reference.archive.empty() ? path.string() : reference.path));
+      throw SceneFileError(
+          reference.place + ": there is no file " +
+          (reference.archive.empty() ? platform::Utf8FromPath(path) : reference.path));
     }
     return path;
   }
@@ -58,15 +56,15 @@ class Files {
   std::string FindImage(const FileReference& reference) {
     const fs::path path = Find(reference);
     if (!IsReadableImage(path)) {
-      throw SceneFileError(reference.place + ": " + path.string() +
+      throw SceneFileError(reference.place + ": " + platform::Utf8FromPath(path) +
                            " is no image that can be read");
     }
-    return path.string();
+    return platform::Utf8FromPath(path);
   }
 
  private:
   fs::path BesideSceneFile(const std::string& path) const {
-    return (directory_ / PathOf(path)).lexically_normal();
+    return (directory_ / platform::PathFromUtf8(path)).lexically_normal();
   }
 
   fs::path Unpacked(const FileReference& reference) {
@@ -77,7 +75,7 @@ class Files {
     }
     const std::string folder = reference.path.substr(0, reference.path.rfind('/') + 1);
     const auto [place, isNew] = folders_.try_emplace({reference.archive, folder});
-    if (!isNew) return place->second / PathOf(reference.path);
+    if (!isNew) return place->second / platform::PathFromUtf8(reference.path);
     const auto target = temporaryFiles_->NewPath("");
     if (!target) throw SceneFileError("there is no folder for temporary files");
     place->second = *target;

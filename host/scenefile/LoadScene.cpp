@@ -12,6 +12,7 @@
 #include "host/scenefile/AssembleScene.h"
 #include "host/scenefile/ReadSceneFile.h"
 #include "host/scenefile/SceneFileError.h"
+#include "platform/PathText.h"
 
 namespace qv::host {
 namespace {
@@ -45,7 +46,7 @@ LoadedScene LoadSceneFile(const fs::path& path, const LoadOptions& options) {
 }  // namespace
 
 bool IsSceneFile(const fs::path& path) {
-  std::string ending = path.extension().string();
+  std::string ending = platform::Utf8FromPath(path.extension());
   std::transform(ending.begin(), ending.end(), ending.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return ending == ".json";
@@ -66,7 +67,7 @@ LoadedScene LoadScene(const fs::path& path, const LoadOptions& options) {
   } catch (const std::exception& exception) {
     loaded.error = exception.what();
   }
-  loaded.error = "The scene " + path.string() + " can't be read: " + loaded.error;
+  loaded.error = "The scene " + platform::Utf8FromPath(path) + " can't be read: " + loaded.error;
   return loaded;
 }
 

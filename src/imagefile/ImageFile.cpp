@@ -2,26 +2,48 @@
 
 #include <FreeImage.h>
 
-#include <filesystem>
+#include <fstream>
 #include <limits>
 #include <system_error>
 
 #include "core/ImageSize.h"
 #include "core/Log.h"
+#include "imagefile/FileAccess.h"
 
 namespace qv::imagefile {
 namespace {
 
 thread_local Complaints* takesComplaints = nullptr;
 
-// Unknown for what is no plain file: to open a pipe would wait for whoever writes to it.
-FREE_IMAGE_FORMAT FormatOf(const std::string& path) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return FIF_UNKNOWN;
-  FREE_IMAGE_FORMAT format = FreeImage_GetFileType(path.c_str(), 0);
-  if (format == FIF_UNKNOWN) format = FreeImage_GetFIFFromFilename(path.c_str());
+// An open file and what kind it is.
+struct OpenImage {
+  std::fstream stream;
+  FREE_IMAGE_FORMAT format = FIF_UNKNOWN;
+};
+
+FREE_IMAGE_FORMAT FormatOf(std::fstream& stream, const std::filesystem::path& path) {
+  FreeImageIO calls = StreamCalls();
+  FREE_IMAGE_FORMAT format = FreeImage_GetFileTypeFromHandle(&calls, &stream, 0);
+  if (format == FIF_UNKNOWN) format = FormatOfName(path);
   if (format == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(format)) return FIF_UNKNOWN;
   return format;
+}
+
+// Of no known kind if it is no plain file: to open a pipe would wait for whoever writes to it.
+OpenImage Open(const std::filesystem::path& path) {
+  OpenImage image;
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return image;
+  image.stream.open(path, std::ios::in | std::ios::binary);
+  if (image.stream) image.format = FormatOf(image.stream, path);
+  return image;
+}
+
+Bitmap Read(OpenImage& image, int flags) {
+  FreeImageIO calls = StreamCalls();
+  image.stream.clear();
+  image.stream.seekg(0);
+  return Bitmap(FreeImage_LoadFromHandle(image.format, &calls, &image.stream, flags));
 }
 
 // Offsets to pixels are 32 bits wide; and a header that lies would cost gigabytes before the pixels
@@ -34,9 +56,9 @@ bool IsTooLarge(FIBITMAP* bitmap, std::uint64_t fileBytes) {
 }
 
 // Nothing but the header, where the kind of file allows that.
-Bitmap LoadHeader(FREE_IMAGE_FORMAT format, const std::string& path) {
-  if (!FreeImage_FIFSupportsNoPixels(format)) return nullptr;
-  return Bitmap(FreeImage_Load(format, path.c_str(), FIF_LOAD_NOPIXELS));
+Bitmap ReadHeader(OpenImage& image) {
+  if (!FreeImage_FIFSupportsNoPixels(image.format)) return nullptr;
+  return Read(image, FIF_LOAD_NOPIXELS);
 }
 
 }  // namespace
@@ -77,25 +99,30 @@ Complaints::~Complaints() {
   takesComplaints = outer_;
 }
 
-std::optional<Size> SizeOf(const std::string& path) {
+bool IsReadable(const std::filesystem::path& path) {
   HearMessages();
-  const FREE_IMAGE_FORMAT format = FormatOf(path);
-  if (format == FIF_UNKNOWN) return std::nullopt;
-  const Bitmap head = LoadHeader(format, path);
+  return Open(path).format != FIF_UNKNOWN;
+}
+
+std::optional<Size> SizeOf(const std::filesystem::path& path) {
+  HearMessages();
+  OpenImage image = Open(path);
+  if (image.format == FIF_UNKNOWN) return std::nullopt;
+  const Bitmap head = ReadHeader(image);
   if (!head) return std::nullopt;
   return Size{FreeImage_GetWidth(head.get()), FreeImage_GetHeight(head.get())};
 }
 
-Bitmap Load(const std::string& path) {
+Bitmap Load(const std::filesystem::path& path) {
   HearMessages();
-  const FREE_IMAGE_FORMAT format = FormatOf(path);
-  if (format == FIF_UNKNOWN) return nullptr;
+  OpenImage image = Open(path);
+  if (image.format == FIF_UNKNOWN) return nullptr;
   std::error_code error;
   const std::uint64_t fileBytes = std::filesystem::file_size(path, error);
   if (error) return nullptr;
-  const Bitmap head = LoadHeader(format, path);
+  const Bitmap head = ReadHeader(image);
   if (head && IsTooLarge(head.get(), fileBytes)) return nullptr;
-  Bitmap bitmap(FreeImage_Load(format, path.c_str(), 0));
+  Bitmap bitmap = Read(image, 0);
   if (!bitmap || !FreeImage_HasPixels(bitmap.get()) || IsTooLarge(bitmap.get(), fileBytes)) {
     return nullptr;
   }

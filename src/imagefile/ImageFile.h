@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <span>
@@ -8,8 +9,7 @@
 
 struct FIBITMAP;
 
-// Reading of image files of all kinds that FreeImage knows. Paths are in the system's narrow
-// encoding. All calls from any thread.
+// Reading of image files of all kinds that FreeImage knows. All calls from any thread.
 namespace qv::imagefile {
 
 struct Unloader {
@@ -41,14 +41,17 @@ struct Size {
   std::uint32_t height = 0;
 };
 
+// Whether the file looks like an image that can be read.
+bool IsReadable(const std::filesystem::path& path);
+
 // What the head of the file tells of its size, without memory for the pixels. Nothing if the file
 // cannot be read, or is of a kind whose head cannot be read alone.
-std::optional<Size> SizeOf(const std::string& path);
+std::optional<Size> SizeOf(const std::filesystem::path& path);
 
 // The kind is told by the file's contents, or else by its name. Null if the file cannot be read,
 // has more pixels than offsets of 32 bits can reach, or claims more than so many bytes can hold. A
 // file that ends too early may give what there is of it, with a complaint.
-Bitmap Load(const std::string& path);
+Bitmap Load(const std::filesystem::path& path);
 
 // Null for kinds of pixels that have no colours, such as complex numbers.
 Bitmap In32Bits(FIBITMAP* bitmap);

@@ -3,9 +3,9 @@
 #include <FreeImage.h>
 
 #include <cstdint>
-#include <fstream>
-#include <string>
 #include <system_error>
+
+#include "imagefile/FileAccess.h"
 
 namespace qv {
 namespace {
@@ -13,56 +13,11 @@ namespace {
 constexpr unsigned kBits = 24;
 constexpr unsigned kRedMask = 0xFF0000, kGreenMask = 0xFF00, kBlueMask = 0xFF;
 
-// The image library's functions on a stream. They are the reason why a failure is looked for in the
-// stream: some of the library's formats do not.
-std::fstream& StreamOf(fi_handle handle) {
-  return *static_cast<std::fstream*>(handle);
-}
-
-unsigned DLL_CALLCONV Read(void* buffer, unsigned size, unsigned count, fi_handle handle) {
-  std::fstream& stream = StreamOf(handle);
-  stream.read(static_cast<char*>(buffer), static_cast<std::streamsize>(size) * count);
-  const std::streamsize got = stream.gcount();
-  return size == 0 ? 0 : static_cast<unsigned>(got / size);
-}
-
-unsigned DLL_CALLCONV Write(void* buffer, unsigned size, unsigned count, fi_handle handle) {
-  std::fstream& stream = StreamOf(handle);
-  stream.write(static_cast<const char*>(buffer), static_cast<std::streamsize>(size) * count);
-  return stream.good() ? count : 0;
-}
-
-int DLL_CALLCONV Seek(fi_handle handle, long offset, int origin) {
-  std::fstream& stream = StreamOf(handle);
-  const auto from = origin == SEEK_SET   ? std::ios::beg
-                    : origin == SEEK_CUR ? std::ios::cur
-                                         : std::ios::end;
-  stream.seekp(offset, from);
-  return stream.good() ? 0 : -1;
-}
-
-long DLL_CALLCONV Tell(fi_handle handle) {
-  return static_cast<long>(StreamOf(handle).tellp());
-}
-
-// By the extension alone: the rest of the name may hold letters that the library's narrow text
-// cannot.
 FREE_IMAGE_FORMAT FormatOf(const std::filesystem::path& file) {
-  const std::u8string extension = file.extension().u8string();
-  const std::string name = "picture" + std::string(extension.begin(), extension.end());
-  const FREE_IMAGE_FORMAT format = FreeImage_GetFIFFromFilename(name.c_str());
+  const FREE_IMAGE_FORMAT format = imagefile::FormatOfName(file);
   const bool writable = format != FIF_UNKNOWN && FreeImage_FIFSupportsWriting(format) != 0 &&
                         FreeImage_FIFSupportsExportBPP(format, kBits) != 0;
   return writable ? format : FIF_UNKNOWN;
-}
-
-bool WriteTo(const std::filesystem::path& file, FREE_IMAGE_FORMAT format, FIBITMAP* bitmap) {
-  std::fstream stream(file, std::ios::in | std::ios::out | std::ios::trunc | std::ios::binary);
-  if (!stream) return false;
-  FreeImageIO io{&Read, &Write, &Seek, &Tell};
-  const bool saved = FreeImage_SaveToHandle(format, bitmap, &io, &stream, 0) != 0;
-  stream.close();
-  return saved && stream.good();
 }
 
 }  // namespace
@@ -88,7 +43,7 @@ SaveResult PictureCopy::Save(const std::filesystem::path& file) const {
   std::filesystem::path unfinished = file;
   unfinished += ".part";
   std::error_code error;
-  bool stands = WriteTo(unfinished, format, bitmap_.get());
+  bool stands = imagefile::Write(bitmap_.get(), format, unfinished);
   if (stands) {
     std::filesystem::rename(unfinished, file, error);
     stands = !error;

@@ -34,7 +34,8 @@ class NamedEvent {
 
   void Set();
   void Reset();
-  // True when the event is set; false when the time is over. Without a timeout waits without limit.
+  // True when the event is set; false when the time is over. Without a timeout waits without limit,
+  // but for an object that another process has emptied (Linux): then false.
   bool Wait(std::optional<std::chrono::milliseconds> timeout = std::nullopt);
 
  private:

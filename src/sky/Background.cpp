@@ -5,6 +5,7 @@
 
 #include "core/Calendar.h"
 #include "core/Log.h"
+#include "platform/PathText.h"
 #include "sky/CubeMaps.h"
 #include "sky/GradientCube.h"
 #include "sky/LocalTime.h"
@@ -60,7 +61,7 @@ void Background::ScanCubeMaps() {
   cubeMapNames_ = ListCubeMaps(cubeMapFolder_);
   cubeMapIndex_ = SettledIndex(cubeMapIndex_);
   if (cubeMapNames_.empty()) {
-    Log(LogLevel::kWarning, "there are no cube maps in " + cubeMapFolder_.string());
+    Log(LogLevel::kWarning, "there are no cube maps in " + platform::Utf8FromPath(cubeMapFolder_));
   }
 }
 

@@ -8,6 +8,7 @@
 #include "core/Log.h"
 #include "imagefile/ImageFile.h"
 #include "platform/Folders.h"
+#include "platform/PathText.h"
 
 namespace qv::sky {
 namespace {
@@ -19,7 +20,7 @@ constexpr const char* kStems[] = {"FR", "LF", "BK", "RT", "UP", "DN"};
 constexpr std::uint32_t kSize = CubeFaces::kFaceSize;
 
 // Why the face cannot be shown; empty if it was read.
-std::string ReadFace(const std::string& path, std::vector<std::uint8_t>& pixels) {
+std::string ReadFace(const fs::path& path, std::vector<std::uint8_t>& pixels) {
   const imagefile::Complaints complaints;
   const auto size = imagefile::SizeOf(path);
   if (!size) return "cannot be read";
@@ -69,19 +70,20 @@ CubeFaces LoadCubeMap(const fs::path& folder, const std::wstring& name) {
   if (!IsCubeMapName(name)) return faces;
   for (int face = 0; face < 6; ++face) {
     std::vector<std::uint8_t>& pixels = faces.pixels[static_cast<std::size_t>(face)];
-    std::string path = FaceFileName(face);
+    std::string text = FaceFileName(face);
     std::string wrong;
     try {
-      path = (folder / name / path).string();
+      const fs::path path = folder / name / text;
+      text = platform::Utf8FromPath(path);
       wrong = ReadFace(path, pixels);
     } catch (const std::exception& error) {
-      // No memory, or a path that cannot be written in the system's encoding.
+      // No memory, or a name that cannot be written in the system's encoding.
       pixels.clear();
       wrong = std::string("cannot be read: ") + error.what();
     }
     if (wrong.empty()) continue;
     std::string line = "face of the background ";
-    line.append(path).append(" ").append(wrong);
+    line.append(text).append(" ").append(wrong);
     Log(LogLevel::kWarning, line);
   }
   return faces;

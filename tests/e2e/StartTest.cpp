@@ -12,9 +12,6 @@ namespace {
 
 using platform::ChildProcess;
 
-// Menu bar and tool bar lie above, the view below or around.
-constexpr int kToolRows = 66;
-
 class Start : public ViewerTest {
  protected:
   ChildProcess Run(const std::vector<std::string>& arguments) {
@@ -80,9 +77,10 @@ TEST_F(Start, WaitsQuietlyForAHostThatIsNotThere) {
   // The pictures of the tools are found wherever the viewer is started, and it goes back there.
   const Screenshot shot = window_->Shoot();
   for (const char* tool : {"FlyMode", "CameraLink", "AO", "Background", "Reload"}) {
-    EXPECT_TRUE(FindTool(shot, kToolRows, tool)) << tool;
+    EXPECT_TRUE(FindTool(shot, ViewerWindow::ToolRows(), tool)) << tool;
   }
-  EXPECT_EQ(WorkingFolder(viewer.id()).value_or(elsewhere), elsewhere);
+  EXPECT_FALSE(FindTool(shot, ViewerWindow::ToolRows(), "Movie")) << "which is no tool";
+  EXPECT_EQ(WorkingFolder(viewer.id()), elsewhere);
 
   window_->Close();
   EXPECT_EQ(viewer.Wait(kSoon), 0);

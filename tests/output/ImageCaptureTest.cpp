@@ -35,7 +35,7 @@ Picture ReadFile(const std::string& path) {
   return picture;
 }
 
-Outcome Capture(RaytraceImpl& renderer, int width, int height, const std::string& file) {
+Outcome Capture(RaytraceImpl& renderer, int width, int height, const std::filesystem::path& file) {
   ImageCapture capture(renderer, {ViewFrom(30), width, height, file}, {});
   EXPECT_TRUE(capture.Start());
   return capture.Finish([] {});
@@ -65,6 +65,13 @@ TEST(ImageCapture, WritesThePictureOfThatSizeAndGivesTheViewBack) {
   const std::string lossy = ScratchPath("lossy.jpg");
   ASSERT_EQ(Capture(renderer.impl, 120, 90, lossy), Outcome::kSaved);
   ExpectSamePicture(ReadFile(lossy), Expected(120, 90), 40, 120 * 90 / 50);
+
+  // Any letters of any language will do.
+  const std::string plain = ScratchPath("plain.png");
+  const auto foreign = std::filesystem::path(plain).parent_path() / u8"\u00e4\u6728 1.png";
+  ASSERT_EQ(Capture(renderer.impl, 30, 20, foreign), Outcome::kSaved);
+  std::filesystem::rename(foreign, plain);
+  EXPECT_EQ(ReadFile(plain), Expected(30, 20));
 
   EXPECT_EQ(renderer.Passes().size(), passes) << "nobody is told of the capture's pictures";
   EXPECT_FALSE(renderer.impl.Offline());

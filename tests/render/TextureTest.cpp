@@ -222,6 +222,17 @@ TEST(Texture, RefusesMoreTexelsThanCanBeAddressed) {
   EXPECT_FALSE(LoadTexture(path));
 }
 
+TEST(Texture, MayLieWhereNamesHaveAnyLetters) {
+  const std::filesystem::path plain = test::WritePlainPng("plain.png", 3, 2, 1, 2, 3, 255);
+  const std::filesystem::path folder = plain.parent_path() / u8"\u00e4\u6728";
+  std::filesystem::create_directory(folder);
+  std::filesystem::rename(plain, folder / u8"w\u00e4nd.png");
+  const auto texture =
+      LoadTexture(plain.parent_path().string() + "/\xC3\xA4\xE6\x9C\xA8/w\xC3\xA4nd.png");
+  ASSERT_TRUE(texture);
+  EXPECT_EQ(texture->mips[0].width, 3);
+}
+
 TEST(Texture, RefusesWhatIsNoImage) {
   const std::string whole = test::WritePlainPng("whole.png", 64, 64, 1, 2, 3, 4);
   std::ifstream in(whole, std::ios::binary);

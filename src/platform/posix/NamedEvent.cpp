@@ -21,21 +21,37 @@ namespace qv::platform {
 
 namespace {
 
-using Word = std::atomic<std::uint32_t>;
-static_assert(sizeof(Word) == 4 && Word::is_always_lock_free);
+using Word = std::uint32_t;
+using Order = std::atomic<std::uint32_t>;
 
-// The word is shared between processes, so the operations without FUTEX_PRIVATE_FLAG are used.
-void WakeAll(Word* word) {
-  syscall(SYS_futex, reinterpret_cast<std::uint32_t*>(word), FUTEX_WAKE, INT_MAX, nullptr, nullptr,
-          0);
+// The word is shared with a process that may shorten the memory below it, where an access by this
+// process would end it with SIGBUS. So the kernel makes all of them, which then refuses (EFAULT).
+// Its operations without FUTEX_PRIVATE_FLAG are those between processes.
+
+// What was written before an event was set is there after a wait for it. The kernel's operations
+// see to that; this tells compilers and tools that know nothing of them.
+Order order{0};
+
+// Stores 1 or 0 and wakes all who wait, in one.
+void Store(Word* word, unsigned value) {
+  constexpr unsigned kNoneBesides = 2;  // the word is 0 or 1
+  order.fetch_add(1, std::memory_order_release);
+  syscall(SYS_futex, word, FUTEX_WAKE_OP, INT_MAX, nullptr, word,
+          FUTEX_OP(FUTEX_OP_SET, value, FUTEX_OP_CMP_EQ, kNoneBesides));
 }
 
-// Sleeps until somebody wakes the word's waiters, or the time (of CLOCK_MONOTONIC) has come; may
-// wake without reason.
-bool SleepWhileReset(Word* word, const timespec* until) {
-  const long result = syscall(SYS_futex, reinterpret_cast<std::uint32_t*>(word), FUTEX_WAIT_BITSET,
-                              0, until, nullptr, FUTEX_BITSET_MATCH_ANY);
-  return result == 0 || errno != ETIMEDOUT;
+enum class Awaited { kSet, kTimeOver, kGone };
+
+// Sleeps until the word is set or the time (of CLOCK_MONOTONIC) has come.
+Awaited SleepWhileReset(Word* word, const timespec* until) {
+  for (;;) {
+    const long result =
+        syscall(SYS_futex, word, FUTEX_WAIT_BITSET, 0, until, nullptr, FUTEX_BITSET_MATCH_ANY);
+    // Woken, maybe without reason: it compares again.
+    if (result == 0 || errno == EINTR) continue;
+    if (errno == EAGAIN) return Awaited::kSet;
+    return errno == ETIMEDOUT ? Awaited::kTimeOver : Awaited::kGone;
+  }
 }
 
 timespec MonotonicAfter(std::chrono::milliseconds time) {
@@ -107,25 +123,28 @@ void NamedEvent::Remove(const std::string& name) {
 }
 
 void NamedEvent::Set() {
-  if (!impl_) return;
-  impl_->word->store(1, std::memory_order_seq_cst);
-  WakeAll(impl_->word);
+  if (impl_) Store(impl_->word, 1);
 }
 
 void NamedEvent::Reset() {
-  if (impl_) impl_->word->store(0, std::memory_order_seq_cst);
+  if (impl_) Store(impl_->word, 0);
 }
 
 bool NamedEvent::Wait(std::optional<std::chrono::milliseconds> timeout) {
   if (!impl_) return false;
   timespec until{};
   if (timeout) until = MonotonicAfter(*timeout);
-  while (impl_->word->load(std::memory_order_seq_cst) == 0) {
-    if (!SleepWhileReset(impl_->word, timeout ? &until : nullptr)) {
-      return impl_->word->load(std::memory_order_seq_cst) != 0;
+  const Awaited awaited = SleepWhileReset(impl_->word, timeout ? &until : nullptr);
+  if (awaited == Awaited::kSet) {
+    order.load(std::memory_order_acquire);
+    return true;
+  }
+  // Who asks again and again counts on the time to pass.
+  if (awaited == Awaited::kGone && timeout) {
+    while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) == EINTR) {
     }
   }
-  return true;
+  return false;
 }
 
 }  // namespace qv::platform

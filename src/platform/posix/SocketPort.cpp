@@ -267,7 +267,14 @@ bool SocketPort::Flush() {
   bool progress = false;
   while (!outgoing_.empty() && peer_) {
     const Message& next = outgoing_.front();
-    if (SendPacket(peer_, next.packet, next.record) == Transfer::kWouldBlock) break;
+    const Transfer sent = SendPacket(peer_, next.packet, next.record);
+    if (sent == Transfer::kWouldBlock) break;
+    // No answer comes to what the system refuses.
+    const auto wait = waits_.find(next.packet.serial);
+    if (sent != Transfer::kDone && next.packet.kind == kPacketSend && wait != waits_.end()) {
+      wait->second.done = true;
+      changed_.notify_all();
+    }
     outgoing_.pop_front();
     progress = true;
   }

@@ -8,6 +8,7 @@
 
 #include "core/Log.h"
 #include "imagefile/ImageFile.h"
+#include "platform/PathText.h"
 
 namespace qv {
 namespace {
@@ -49,7 +50,7 @@ std::vector<TextureMip> MipChainOf(FIBITMAP* full) {
 }  // namespace
 
 std::optional<RenderTexture> LoadTexture(const std::string& path) try {
-  Bitmap bitmap = imagefile::Load(path);
+  Bitmap bitmap = imagefile::Load(platform::PathFromUtf8(path));
   if (!bitmap) {
     Log(LogLevel::kWarning, "texture cannot be read: " + path);
     return std::nullopt;

@@ -25,8 +25,8 @@ struct RenderTexture {
 
 // Reads an image file of any kind that FreeImage knows and makes its mip chain, each level with the
 // box filter from the full image, or from a smaller level where the image is huge. Nothing if it
-// cannot be read, or if its header speaks of more pixels than its file can hold. `path` is in the
-// system's narrow encoding.
+// cannot be read, or if its header speaks of more pixels than its file can hold. `path` is UTF-8 on
+// Windows, and the bytes of a name on Linux.
 std::optional<RenderTexture> LoadTexture(const std::string& path);
 
 }  // namespace qv

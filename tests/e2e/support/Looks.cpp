@@ -56,21 +56,22 @@ Template LoadTemplate(const std::filesystem::path& file) {
   return loaded;
 }
 
-// How the template looks on a plain ground, as numbers in the order of its pixels.
+double Brightness(const Colour& c) {
+  return 0.299 * c.red + 0.587 * c.green + 0.114 * c.blue;
+}
+
+// How bright the template is on a plain ground, in the order of its pixels.
 std::vector<double> OnGround(const Template& wanted, const Colour& ground) {
   std::vector<double> values;
   for (std::size_t i = 0; i < wanted.pixels.size(); ++i) {
     const double a = wanted.opacity[i];
-    const Colour& c = wanted.pixels[i];
-    values.push_back(a * c.red + (1 - a) * ground.red);
-    values.push_back(a * c.green + (1 - a) * ground.green);
-    values.push_back(a * c.blue + (1 - a) * ground.blue);
+    values.push_back(a * Brightness(wanted.pixels[i]) + (1 - a) * Brightness(ground));
   }
   return values;
 }
 
 // Takes the mean away, and scales what is left to the length 1: what is then compared does not
-// change when a picture is faded.
+// change when a picture is faded, nor, being brightness, when it is greyed.
 void Normalise(std::vector<double>& values) {
   double mean = 0, square = 0;
   for (const double v : values) mean += v;
@@ -102,6 +103,9 @@ std::optional<Point> FindTool(const Screenshot& shot, int bottom, const std::str
   if (wanted.pixels.empty() || shot.height < bottom) return std::nullopt;
   std::vector<double> expected = OnGround(wanted, shot.At(shot.width - 4, bottom - 4));
   Normalise(expected);
+  std::vector<double> bright(static_cast<std::size_t>(shot.width) * bottom);
+  std::transform(shot.pixels.begin(), shot.pixels.begin() + bright.size(), bright.begin(),
+                 Brightness);
   double best = kAlike;
   std::optional<Point> found;
   std::vector<double> got(expected.size());
@@ -110,10 +114,7 @@ std::optional<Point> FindTool(const Screenshot& shot, int bottom, const std::str
       std::size_t i = 0;
       for (int y = top; y < top + wanted.height; ++y) {
         for (int x = left; x < left + wanted.width; ++x) {
-          const Colour& c = shot.At(x, y);
-          got[i++] = c.red;
-          got[i++] = c.green;
-          got[i++] = c.blue;
+          got[i++] = bright[static_cast<std::size_t>(y) * shot.width + x];
         }
       }
       Normalise(got);

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 
 namespace qv::e2e {
 
@@ -15,7 +14,7 @@ void KillProcess(std::uint32_t process);
 // Processor time of a process so far.
 double ProcessorSeconds(std::uint32_t process);
 
-// The working directory of a process; nothing where the system does not tell (Windows).
-std::optional<std::filesystem::path> WorkingFolder(std::uint32_t process);
+// The working directory of a process; empty if the system does not tell.
+std::filesystem::path WorkingFolder(std::uint32_t process);
 
 }  // namespace qv::e2e

@@ -47,6 +47,8 @@ class ViewerWindow {
   ~ViewerWindow();
 
   Screenshot Shoot() const;
+  // How many of its first rows hold menus, where they are in such a picture, and tools.
+  static int ToolRows();
   // As a user does who drags a border, and as the button of the title bar does.
   void Resize(int width, int height);
   void Close();

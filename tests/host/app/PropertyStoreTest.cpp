@@ -1,5 +1,6 @@
 #include <thread>
 
+#include "host/app/FolderStamp.h"
 #include "host/app/PropertyStore.h"
 #include "tests/host/app/TestFolder.h"
 
@@ -51,6 +52,14 @@ TEST_F(Properties, AreThereTheNextTime) {
   // One file, no half-written one beside it.
   EXPECT_EQ(FileCount(), 1u);
   EXPECT_EQ(store.file(), sidecar());
+}
+
+TEST_F(Properties, AreKeptWhateverLettersTheModelsNameHas) {
+  const fs::path house = Write(fs::path(u8"\u00e4\u6728") / u8"h\u00e4us.ifc", "");
+  EXPECT_TRUE(PropertyStore(house, userFolder()).Set("gamma", Bytes({3})));
+  EXPECT_TRUE(fs::is_regular_file(house.parent_path() / u8"h\u00e4us.ifc.quorvane.json"));
+  EXPECT_EQ(PropertyStore(house, userFolder()).Get("gamma"), Bytes({3}));
+  EXPECT_EQ(StampOf(house).files, 1u) << "the model itself";
 }
 
 TEST_F(Properties, AreReadFromTheFormThatIsPromised) {

@@ -15,11 +15,11 @@ namespace qv::host {
 // A folder of a test's own.
 class TestFolder : public ::testing::Test {
  protected:
-  TestFolder() : folder_(temporary_.NewPath("-test")->string()) {
+  TestFolder() : folder_(*temporary_.NewPath("-test")) {
     std::filesystem::create_directory(folder_);
   }
 
-  std::filesystem::path Write(const std::string& name, const std::string& text) {
+  std::filesystem::path Write(const std::filesystem::path& name, const std::string& text) {
     std::filesystem::path path = folder_ / name;
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << text;

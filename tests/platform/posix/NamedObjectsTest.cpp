@@ -51,6 +51,23 @@ class Object {
   int file_;
 };
 
+// As a process can that is out to do harm, or that is ended at the wrong moment.
+TEST(NamedObjects, EventOutlivesTheLossOfItsMemory) {
+  NamedEvent event = NamedEvent::Create(Name("Lost"));
+  const Object object(Name("Lost"));
+  ASSERT_EQ(ftruncate(object.file(), 0), 0);
+  event.Set();
+  event.Reset();
+  const double start = NowSeconds();
+  EXPECT_FALSE(event.Wait(std::chrono::milliseconds(50)));
+  EXPECT_GE(NowSeconds() - start, 0.05) << "who asks again and again would not sleep";
+  EXPECT_FALSE(event.Wait());
+  ASSERT_EQ(ftruncate(object.file(), 4), 0);
+  EXPECT_FALSE(event.Wait(std::chrono::milliseconds(0)));
+  event.Set();
+  EXPECT_TRUE(event.Wait());
+}
+
 TEST(NamedObjects, EventIsAWordOfItsOwnUser) {
   NamedEvent event = NamedEvent::Create(Name("Word"));
   const Object object(Name("Word"));

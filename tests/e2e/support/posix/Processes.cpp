@@ -31,8 +31,9 @@ double ProcessorSeconds(std::uint32_t process) {
   return static_cast<double>(ticks) / static_cast<double>(sysconf(_SC_CLK_TCK));
 }
 
-std::optional<std::filesystem::path> WorkingFolder(std::uint32_t process) {
-  return std::filesystem::read_symlink(FolderOf(process) / "cwd");
+std::filesystem::path WorkingFolder(std::uint32_t process) {
+  std::error_code error;
+  return std::filesystem::read_symlink(FolderOf(process) / "cwd", error);
 }
 
 }  // namespace qv::e2e

@@ -128,6 +128,10 @@ Screenshot ViewerWindow::Shoot() const {
   return shot;
 }
 
+int ViewerWindow::ToolRows() {
+  return 66;
+}
+
 void ViewerWindow::Resize(int width, int height) {
   XMoveResizeWindow(native_->display, native_->window, 10, 30, width, height);
   XFlush(native_->display);

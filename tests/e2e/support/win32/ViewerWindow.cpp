@@ -74,6 +74,16 @@ std::vector<std::uint32_t> ScreenPixels(const RECT& part, int width, int height)
   return pixels;
 }
 
+// Waits until the window has taken what was sent before. A key or button may then follow: Wine
+// compares its keys with those of the X server when the pointer comes into a window, and lets go
+// what is held by SendInput alone; it tells a process that asks for a key for a twentieth of a
+// second what it told before; and the pointer is for a moment where it was.
+void LetInputArrive(HWND window) {
+  DWORD_PTR ignored = 0;
+  SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 20000, &ignored);
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+}
+
 // A tool under the pointer looks different.
 void TakePointerAway(HWND window) {
   const RECT inside = Inside(window);
@@ -151,6 +161,10 @@ Screenshot ViewerWindow::Shoot() const {
   return shot;
 }
 
+int ViewerWindow::ToolRows() {
+  return 32;
+}
+
 void ViewerWindow::Resize(int width, int height) {
   RECT frame{};
   GetWindowRect(native_->window, &frame);
@@ -168,11 +182,9 @@ void ViewerWindow::Close() {
 void ViewerWindow::Click(int x, int y) {
   SetForegroundWindow(native_->window);
   MovePointer(x, y);
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
   Press(Button::kLeft);
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
   Release(Button::kLeft);
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  LetInputArrive(native_->window);
   TakePointerAway(native_->window);
 }
 
@@ -182,23 +194,27 @@ void ViewerWindow::MovePointer(int x, int y) {
 }
 
 void ViewerWindow::Press(Button button) {
+  LetInputArrive(native_->window);
   SendMouse(button == Button::kLeft     ? MOUSEEVENTF_LEFTDOWN
             : button == Button::kMiddle ? MOUSEEVENTF_MIDDLEDOWN
                                         : MOUSEEVENTF_RIGHTDOWN);
 }
 
 void ViewerWindow::Release(Button button) {
+  LetInputArrive(native_->window);
   SendMouse(button == Button::kLeft     ? MOUSEEVENTF_LEFTUP
             : button == Button::kMiddle ? MOUSEEVENTF_MIDDLEUP
                                         : MOUSEEVENTF_RIGHTUP);
 }
 
 void ViewerWindow::TurnWheel(int notches) {
+  LetInputArrive(native_->window);
   const int direction = notches > 0 ? WHEEL_DELTA : -WHEEL_DELTA;
   for (int i = 0; i < std::abs(notches); ++i) SendMouse(MOUSEEVENTF_WHEEL, direction);
 }
 
 void ViewerWindow::KeyDown(HeldKey key) {
+  LetInputArrive(native_->window);
   SendKey(key, 0);
 }
 
