@@ -11,6 +11,7 @@ constexpr long kStyle =
 
 FloatingFrame::FloatingFrame(wxWindow* parent, const wxString& title)
     : wxFrame(parent, wxID_ANY, title, wxDefaultPosition, wxDefaultSize, kStyle) {
+  if (const auto* top = wxDynamicCast(parent, wxTopLevelWindow)) SetIcons(top->GetIcons());
   SetExtraStyle(GetExtraStyle() | wxWS_EX_BLOCK_EVENTS);
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
     if (!event.CanVeto()) {
