@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "core/Log.h"
 #include "platform/Clock.h"
 
 namespace qv {
@@ -42,6 +43,7 @@ void PresetsSite::Play(const std::function<void()>& moves) {
   moves();
   if (--playing_ > 0) return;
   escape_.reset();
+  Log(LogLevel::kInfo, "preset shown");
   FinishPicture();
   site_.PlayingEnded();
 }

@@ -58,18 +58,6 @@ class QuartersTest : public ViewerTest {
     return std::to_string(area_.width) + 'x' + std::to_string(area_.height) + ',';
   }
 
-  // Waits for a dialog that keys go to.
-  std::unique_ptr<ViewerWindow> AwaitDialog(const std::string& title) {
-    auto dialog = ViewerWindow::Find(kPatience, title);
-    if (!dialog || !Eventually([&] { return dialog->IsActive(); }, kSoon)) return nullptr;
-    // Until what is in it stands where it stays.
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    return dialog;
-  }
-  bool Leaves(const std::string& title) {
-    return Eventually([&] { return !ViewerWindow::Exists(title); }, kSoon);
-  }
-
   Screenshot shot_;
   Area area_;
 };

@@ -4,7 +4,7 @@
 
 namespace qv::e2e {
 
-enum class Key { kEnter, kEscape, kEnd, kTab, kSpace, kRight };
+enum class Key { kEnter, kEscape, kEnd, kTab, kSpace, kRight, kUp };
 
 // Keys of a real keyboard, for the window that has the focus.
 void PressKey(Key key);

@@ -59,6 +59,18 @@ class ViewerTest : public ::testing::Test {
     window_->Click(tool->x, tool->y);
   }
 
+  // Waits for a dialog that keys go to.
+  std::unique_ptr<ViewerWindow> AwaitDialog(const std::string& title) {
+    auto dialog = ViewerWindow::Find(kPatience, title);
+    if (!dialog || !Eventually([&] { return dialog->IsActive(); }, kSoon)) return nullptr;
+    // Until what is in it stands where it stays.
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    return dialog;
+  }
+  bool Leaves(const std::string& title) {
+    return Eventually([&] { return !ViewerWindow::Exists(title); }, kSoon);
+  }
+
   template <class Condition>
   static bool Eventually(Condition&& holds, std::chrono::milliseconds timeout = kPatience) {
     const auto end = std::chrono::steady_clock::now() + timeout;

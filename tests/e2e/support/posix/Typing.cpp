@@ -22,6 +22,8 @@ KeySym SymbolOf(Key key) {
       return XK_Return;
     case Key::kRight:
       return XK_Right;
+    case Key::kUp:
+      return XK_Up;
     case Key::kEscape:
       return XK_Escape;
     case Key::kEnd:

@@ -29,6 +29,8 @@ WORD CodeOf(Key key) {
       return VK_RETURN;
     case Key::kRight:
       return VK_RIGHT;
+    case Key::kUp:
+      return VK_UP;
     case Key::kEscape:
       return VK_ESCAPE;
     case Key::kEnd:
