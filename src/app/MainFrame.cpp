@@ -224,7 +224,7 @@ void MainFrame::OnClose(wxCloseEvent& event) {
 
 void MainFrame::SaveSettings() {
   SaveLayouts();
-  wxConfigBase::Get()->Write("/Defaults/CameraLink", cameraLink_.load());
+  if (cameraLinkKnown_) wxConfigBase::Get()->Write("/Defaults/CameraLink", cameraLink_.load());
   wxConfigBase::Get()->Flush();
 }
 
