@@ -74,6 +74,9 @@ std::vector<std::uint32_t> ScreenPixels(const RECT& part, int width, int height)
   return pixels;
 }
 
+// A point of the first menu, which lies above what is inside of the window.
+constexpr int kMenuX = 20, kMenuY = -12;
+
 // A tool under the pointer looks different.
 void TakePointerAway(HWND window) {
   const RECT inside = Inside(window);
@@ -174,6 +177,10 @@ void ViewerWindow::Click(int x, int y) {
   Release(Button::kLeft);
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
   TakePointerAway(native_->window);
+}
+
+void ViewerWindow::OpenMenu() {
+  Click(kMenuX, kMenuY);
 }
 
 void ViewerWindow::MovePointer(int x, int y) {
