@@ -7,7 +7,8 @@
 namespace qv {
 
 // Keeps what is held from the events of the view, so that nothing stays held which was let go
-// elsewhere: keys are gone with the focus, buttons with the capture of the mouse.
+// elsewhere: keys are gone with the focus and with a menu that opens, buttons with the capture of
+// the mouse.
 class HeldInput {
  public:
   // Both return false for keys that navigation does not know.

@@ -224,7 +224,7 @@ void MainFrame::OnClose(wxCloseEvent& event) {
 
 void MainFrame::SaveSettings() {
   SaveLayouts();
-  wxConfigBase::Get()->Write("/Defaults/CameraLink", cameraLink_.load());
+  if (cameraLinkKnown_) wxConfigBase::Get()->Write("/Defaults/CameraLink", cameraLink_.load());
   wxConfigBase::Get()->Flush();
 }
 
@@ -296,9 +296,9 @@ void MainFrame::PictureStands() {
 
 void MainFrame::ShowPicture() {
   const RaytraceImpl* renderer = renderer_.get();
-  if (!renderer) return;
+  // A picture that was finished before a capture or a change of size is told of after it has begun.
+  if (!renderer || renderer->Offline() || !painter_.TakePicture(*renderer)) return;
   pictureStatistics_ = renderer->Statistics();
-  painter_.TakePicture(*renderer);
   pictureIsNew_ = true;
   view_->Refresh(false);
   view_->Update();

@@ -218,6 +218,7 @@ class MainFrame : public FrameWindow, public IQuorvane, private PanelSite {
   std::vector<std::unique_ptr<WindowLayout>> layouts_;
   std::vector<wxFrame*> panelsAtStart_;  // to be shown with the frame
 
+  bool cameraLinkKnown_ = false;  // what the settings tell of it has been read
   std::atomic<bool> cameraLink_{false};
   std::atomic<bool> sceneShown_{false};
   // A scene is coming in: no job may run until the camera that follows it.

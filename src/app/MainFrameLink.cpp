@@ -191,6 +191,7 @@ void MainFrame::SceneBuilt() {
   painter_.Forget();
   RefillPanels();
   cameraLink_ = wxConfigBase::Get()->ReadBool("/Defaults/CameraLink", false);
+  cameraLinkKnown_ = true;
   toolBar_->ToggleTool(kIdCameraLink, cameraLink_);
   if (!isResizing_ && view_->GetClientSize() != pictureSize_) {
     WithIdleRenderer(

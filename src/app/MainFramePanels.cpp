@@ -127,8 +127,7 @@ void MainFrame::CameraStepped() {
 
 void MainFrame::ShowAdjustedPicture() {
   const RaytraceImpl* renderer = renderer_.get();
-  if (!renderer) return;
-  painter_.TakePicture(*renderer);
+  if (!renderer || !painter_.TakePicture(*renderer)) return;
   view_->Refresh(false);
   view_->Update();
 }

@@ -9,14 +9,20 @@
 
 namespace qv {
 
+// Whether a pass has been rendered into the picture: a new one is black.
+inline bool IsRendered(const ScreenView& picture) {
+  return picture.times.base > 0 || picture.times.antialias > 0;
+}
+
 // Brings the renderer's picture to the screen. GUI thread only.
 class PicturePainter {
  public:
   PicturePainter();
   ~PicturePainter();
 
-  // A new picture stands in the renderer.
-  void TakePicture(const RaytraceImpl& renderer);
+  // A new picture stands in the renderer. False, and what is shown stays, if nothing has been
+  // rendered into it since it got its size.
+  bool TakePicture(const RaytraceImpl& renderer);
   // Goes on showing the present picture, whatever becomes of the renderer's, until the next
   // TakePicture.
   void KeepPicture(const RaytraceImpl& renderer);

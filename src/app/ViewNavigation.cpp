@@ -43,6 +43,8 @@ void ViewNavigation::BindView() {
   view_.Bind(wxEVT_KEY_DOWN, &ViewNavigation::OnKeyDown, this);
   view_.Bind(wxEVT_KEY_UP, &ViewNavigation::OnKeyUp, this);
   view_.Bind(wxEVT_KILL_FOCUS, &ViewNavigation::OnFocusLost, this);
+  // The view keeps the focus while a menu has the keys.
+  frame_.Bind(wxEVT_MENU_OPEN, &ViewNavigation::OnMenuOpened, this);
   for (const auto& type : kButtonDown) view_.Bind(type, &ViewNavigation::OnButtonDown, this);
   for (const auto& type : kMouseChanged) view_.Bind(type, &ViewNavigation::OnMouseChanged, this);
   view_.Bind(wxEVT_MOUSEWHEEL, &ViewNavigation::OnWheel, this);
@@ -74,6 +76,15 @@ void ViewNavigation::OnKeyUp(wxKeyEvent& event) {
 
 void ViewNavigation::OnFocusLost(wxFocusEvent& event) {
   event.Skip();
+  LoseKeys();
+}
+
+void ViewNavigation::OnMenuOpened(wxMenuEvent& event) {
+  event.Skip();
+  LoseKeys();
+}
+
+void ViewNavigation::LoseKeys() {
   held_.ForgetKeys();
   navigator_.Released(Held(), Held(), platform::NowSeconds());
 }

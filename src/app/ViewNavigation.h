@@ -35,6 +35,9 @@ class ViewNavigation : public wxEvtHandler, private NavigationActions {
   void OnKeyDown(wxKeyEvent& event);
   void OnKeyUp(wxKeyEvent& event);
   void OnFocusLost(wxFocusEvent& event);
+  void OnMenuOpened(wxMenuEvent& event);
+  // Somebody else gets the keys: that they are let go will not be told here.
+  void LoseKeys();
   void OnButtonDown(wxMouseEvent& event);
   void OnMouseChanged(wxMouseEvent& event);
   void OnWheel(wxMouseEvent& event);

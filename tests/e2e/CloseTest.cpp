@@ -4,6 +4,7 @@
 
 #include "e2e/support/Looks.h"
 #include "e2e/support/Processes.h"
+#include "e2e/support/Settings.h"
 #include "e2e/support/ViewerTest.h"
 #include "platform/ChildProcess.h"
 #include "platform/NamedEvent.h"
@@ -53,6 +54,7 @@ TEST_F(Close, EndsTheViewerWhileItRenders) {
 }
 
 TEST_F(Close, EndsTheViewerDuringTheTransfer) {
+  WriteSetting("/Defaults/CameraLink", 1);
   ASSERT_NO_FATAL_FAILURE(StartViewer());
   std::atomic<int> sent{0};
   auto transfer = std::async(std::launch::async, [&] {
@@ -64,6 +66,7 @@ TEST_F(Close, EndsTheViewerDuringTheTransfer) {
   ASSERT_EQ(transfer.wait_for(kSoon), std::future_status::ready);
   EXPECT_EQ(host_->link().WaitForViewer(kSoon), 0);
   EXPECT_EQ(host_->closes, 1);
+  EXPECT_EQ(ReadSetting("/Defaults/CameraLink"), 1) << "which comes into force with the scene only";
 }
 
 TEST_F(Close, EndsTheViewerWhileItBuildsTheScene) {

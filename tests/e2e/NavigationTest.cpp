@@ -3,6 +3,7 @@
 
 #include "e2e/support/Looks.h"
 #include "e2e/support/Scenes.h"
+#include "e2e/support/Typing.h"
 #include "e2e/support/ViewerTest.h"
 
 namespace qv::e2e {
@@ -180,9 +181,18 @@ TEST_F(Navigation, ShiftBoosts) {
   }));
 }
 
-TEST_F(Navigation, NothingStaysHeldWhenTheFocusGoes) {
+TEST_F(Navigation, NothingStaysHeldWhenTheFocusOrAMenuTakesTheKeys) {
   ASSERT_NO_FATAL_FAILURE(ShowYard(0));
   ASSERT_NO_FATAL_FAILURE(Link());
+  CameraAfter([&] {
+    window_->KeyDown('D');
+    std::this_thread::sleep_for(milliseconds(300));
+    window_->OpenMenu();
+    std::this_thread::sleep_for(milliseconds(200));
+    window_->KeyUp('D');
+  });
+  PressKey(Key::kEscape);
+  ASSERT_NO_FATAL_FAILURE(ExpectRest(1));
   const RenderCamera camera = CameraAfter([&] {
     window_->KeyDown('A');
     std::this_thread::sleep_for(milliseconds(300));
@@ -190,7 +200,7 @@ TEST_F(Navigation, NothingStaysHeldWhenTheFocusGoes) {
   });
   window_->KeyUp('A');
   EXPECT_LT(camera.position.x(), 0);
-  ExpectRest(1);
+  ExpectRest(2);
 }
 
 TEST_F(Navigation, TellsNothingWithoutTheLink) {

@@ -1,3 +1,5 @@
+#include <set>
+
 #include "e2e/support/QuartersTest.h"
 
 namespace qv::e2e {
@@ -27,17 +29,31 @@ TEST_F(Picture, ComesUpUprightFromBaseToAntialiased) {
 TEST_F(Picture, FollowsTheSizeOfTheWindow) {
   ASSERT_NO_FATAL_FAILURE(ShowQuarters());
   const std::string sizeBefore = LoggedSize();
-  // As a border that is dragged, faster than a pause that counts as its end.
+  const std::size_t shownBefore = log_.Lines("picture shown:").size();
+  // As a border that is dragged, faster than a pause that counts as its end, while the picture
+  // moves.
   for (int step = 0; step < 10; ++step) {
     window_->Resize(800 + 20 * step, 500 + 20 * step);
+    ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   }
+  ASSERT_TRUE(Eventually([&] {
+    return host_->link().SetCamera(QuarterCamera(), true) && !log_.Lines(" 980x").empty();
+  }));
   ASSERT_TRUE(
       Eventually([&] { return LoggedSize() != sizeBefore && window_->Shoot().width == 980; }));
   ASSERT_TRUE(Eventually([&] {
     return SettlesTo(kQuarters) && area_.width == 980 && LoggedSize() == AreaSize();
   })) << AreaSize()
       << " but the log says " << LoggedSize();
+
+  // Not once for each step, and never before there was anything to be seen.
+  const std::vector<std::string> shown = log_.Lines("picture shown:");
+  std::set<std::string> sizes;
+  for (std::size_t i = shownBefore; i < shown.size(); ++i) sizes.insert(SizeIn(shown[i]));
+  sizes.erase(sizeBefore);
+  EXPECT_LE(sizes.size(), 2u);
+  EXPECT_TRUE(log_.Lines(", 0.000 s").empty()) << log_.Text();
 }
 
 TEST_F(Picture, IsTheSameAfterReload) {

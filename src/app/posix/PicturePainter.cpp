@@ -35,13 +35,15 @@ PicturePainter::PicturePainter() : surface_(std::make_unique<Surface>()) {}
 
 PicturePainter::~PicturePainter() = default;
 
-void PicturePainter::TakePicture(const RaytraceImpl& renderer) {
-  renderer.ReadScreen([this](const ScreenView& picture) {
-    if (!picture.pixels || picture.width <= 0 || picture.height <= 0 ||
-        !surface_->Fit(picture.width, picture.height)) {
+bool PicturePainter::TakePicture(const RaytraceImpl& renderer) {
+  bool taken = false;
+  renderer.ReadScreen([this, &taken](const ScreenView& picture) {
+    if (!IsRendered(picture)) return;
+    if (!surface_->Fit(picture.width, picture.height)) {
       Forget();
       return;
     }
+    taken = true;
     width_ = picture.width;
     height_ = picture.height;
     times_ = picture.times;
@@ -50,6 +52,7 @@ void PicturePainter::TakePicture(const RaytraceImpl& renderer) {
                   static_cast<std::size_t>(cairo_image_surface_get_stride(surface_->image)));
     cairo_surface_mark_dirty(surface_->image);
   });
+  return taken;
 }
 
 void PicturePainter::KeepPicture(const RaytraceImpl&) {}

@@ -34,13 +34,17 @@ PicturePainter::PicturePainter() : surface_(std::make_unique<Surface>()) {}
 
 PicturePainter::~PicturePainter() = default;
 
-void PicturePainter::TakePicture(const RaytraceImpl& renderer) {
-  surface_->kept = {};
-  renderer.ReadScreen([this](const ScreenView& picture) {
-    width_ = picture.pixels ? picture.width : 0;
-    height_ = picture.pixels ? picture.height : 0;
+bool PicturePainter::TakePicture(const RaytraceImpl& renderer) {
+  bool taken = false;
+  renderer.ReadScreen([this, &taken](const ScreenView& picture) {
+    if (!IsRendered(picture)) return;
+    taken = true;
+    surface_->kept = {};
+    width_ = picture.width;
+    height_ = picture.height;
     times_ = picture.times;
   });
+  return taken;
 }
 
 void PicturePainter::KeepPicture(const RaytraceImpl& renderer) {

@@ -46,11 +46,12 @@ class QuartersTest : public ViewerTest {
     return different;
   }
 
-  std::string LoggedSize() {
-    const auto lines = log_.Lines("picture shown: antialiased");
-    std::istringstream line(lines.back().substr(lines.back().find("antialiased")));
-    std::string word, size;
-    line >> word >> size;
+  std::string LoggedSize() { return SizeIn(log_.Lines("picture shown: antialiased").back()); }
+  // Of a line that tells of a picture: "WIDTHxHEIGHT,".
+  static std::string SizeIn(const std::string& shown) {
+    std::istringstream line(shown.substr(shown.find("shown: ")));
+    std::string word, pass, size;
+    line >> word >> pass >> size;
     return size;
   }
 

@@ -52,6 +52,8 @@ class ViewerWindow {
   // As a user does who drags a border, and as the button of the title bar does.
   void Resize(int width, int height);
   void Close();
+  // Clicks the first menu of the menu bar.
+  void OpenMenu();
   // Presses and lets go the left button at a point of the window.
   void Click(int x, int y);
   // The parts of such things; points are those of the window and may lie outside of it. A key goes

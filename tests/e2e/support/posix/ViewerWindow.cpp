@@ -13,6 +13,9 @@
 namespace qv::e2e {
 namespace {
 
+// A point of the first menu.
+constexpr int kMenuX = 20, kMenuY = 12;
+
 int IgnoreError(::Display*, XErrorEvent*) {
   return 0;
 }
@@ -158,6 +161,10 @@ void ViewerWindow::Click(int x, int y) {
   XTestFakeButtonEvent(native_->display, 1, True, 50);
   XTestFakeButtonEvent(native_->display, 1, False, 50);
   XFlush(native_->display);
+}
+
+void ViewerWindow::OpenMenu() {
+  Click(kMenuX, kMenuY);
 }
 
 void ViewerWindow::MovePointer(int x, int y) {

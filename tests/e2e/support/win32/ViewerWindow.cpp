@@ -74,6 +74,9 @@ std::vector<std::uint32_t> ScreenPixels(const RECT& part, int width, int height)
   return pixels;
 }
 
+// A point of the first menu, which lies above what is inside of the window.
+constexpr int kMenuX = 20, kMenuY = -12;
+
 // Waits until the window has taken what was sent before. A key or button may then follow: Wine
 // compares its keys with those of the X server when the pointer comes into a window, and lets go
 // what is held by SendInput alone; it tells a process that asks for a key for a twentieth of a
@@ -186,6 +189,10 @@ void ViewerWindow::Click(int x, int y) {
   Release(Button::kLeft);
   LetInputArrive(native_->window);
   TakePointerAway(native_->window);
+}
+
+void ViewerWindow::OpenMenu() {
+  Click(kMenuX, kMenuY);
 }
 
 void ViewerWindow::MovePointer(int x, int y) {
