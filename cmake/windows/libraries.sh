@@ -82,6 +82,7 @@ unpack_source() {
   archive=$(find "$folder" -maxdepth 1 -name '*.orig.tar.*' ! -name '*.asc' ! -name '*.FAILED' | head -n 1)
   [[ -n $archive ]] || { cat "$folder/log" >&2 && fail "could not fetch the source package $package"; }
   say "    Debian's patches for $package cannot be had at the moment; building without them"
+  : >"$folder/unpatched"
   tar -C "$folder" --one-top-level=source --strip-components=1 -xf "$archive"
 }
 
@@ -98,6 +99,7 @@ make_one() {
     tail -n 60 "$work/log" >&2
     fail "could not build $name for Windows; its log is $work/log"
   fi
+  if [[ -e $work/unpatched ]]; then : >"$folder.unpatched"; else rm -f "$folder.unpatched"; fi
   mv "$work/staging$folder" "$folder"
   rm -rf "$work"
   say "  built $name in $((SECONDS - started)) s"
@@ -135,6 +137,8 @@ make_libraries() {
         [[ -d $folder ]] || make_one "$name" "$folder"
       ) 9>"$cache/$name.lock" || exit 1
     fi
+    [[ ! -e $folder.unpatched ]] ||
+      say "  $name is without Debian's patches, which could not be had; to try again, remove $folder"
     folders+=("$folder")
   done
   merge_libraries "${folders[@]}"

@@ -7,12 +7,10 @@
 #include <string_view>
 
 #include "host/model/TimeText.h"
+#include "host/model/Units.h"
 
 namespace qv::host {
 namespace {
-
-// Points further out than this can't be told apart in floats of an inch.
-constexpr double kMaximumCoordinate = 1e7;
 
 std::optional<double> ParsedNumber(std::string_view text) {
   if (!text.empty() && text.front() == '+') text.remove_prefix(1);
@@ -48,7 +46,7 @@ Vec3 PointFrom(const std::string& text) {
     const auto comma = rest.find(',');
     if ((axis < 2) != (comma != std::string_view::npos)) throw bad;
     const auto number = ParsedNumber(rest.substr(0, comma));
-    if (!number || std::abs(*number) > kMaximumCoordinate) throw bad;
+    if (!number || std::abs(*number) > kFarthestPoint) throw bad;
     point[axis] = static_cast<float>(*number);
     if (axis < 2) rest.remove_prefix(comma + 1);
   }

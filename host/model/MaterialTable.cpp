@@ -1,5 +1,6 @@
 #include "host/model/MaterialTable.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -69,6 +70,21 @@ std::uint32_t MaterialTable::NearestTo(const SceneMaterial& material) const {
     }
   }
   return static_cast<std::uint32_t>(nearest);
+}
+
+std::vector<SceneMaterial> MaterialTable::Take(std::vector<std::string>& warnings) {
+  // Below this a surface can't be seen.
+  constexpr float kVisible = 0.01f;
+  if (replaced_ > 0) {
+    warnings.push_back("There are too many materials; " + std::to_string(replaced_) +
+                       " were replaced by similar ones.");
+  }
+  const auto isVisible = [](const SceneMaterial& m) { return m.opacity >= kVisible; };
+  if (std::none_of(materials_.begin(), materials_.end(), isVisible)) {
+    for (SceneMaterial& material : materials_) material.opacity = 1;
+    warnings.emplace_back("All materials are fully transparent; they are shown opaque.");
+  }
+  return std::move(materials_);
 }
 
 }  // namespace qv::host

@@ -19,9 +19,9 @@ class MaterialTable {
   // The index of an equal material, or of a new one.
   std::uint32_t IndexOf(const SceneMaterial& material);
 
-  // Materials that had to take another's place.
-  std::size_t Replaced() const { return replaced_; }
-  std::vector<SceneMaterial> Take() { return std::move(materials_); }
+  // All of them; changes those of a scene of which nothing could be seen, and warns of that and of
+  // materials that had to take another's place, one sentence each. To be called last.
+  std::vector<SceneMaterial> Take(std::vector<std::string>& warnings);
 
  private:
   std::uint32_t NearestTo(const SceneMaterial& material) const;

@@ -8,13 +8,14 @@
 #include <cstdint>
 #include <string_view>
 
+#include "host/model/Units.h"
+
 namespace qv::host {
 namespace {
 
 using Eigen::Matrix3d;
 using Family = ModelFormat::Family;
 
-constexpr double kMetresPerInch = 0.0254;
 // A file without a unit is not taken for a thing larger than this, if it can be helped.
 constexpr double kLargestPlausibleMetres = 100;
 

@@ -9,9 +9,6 @@
 namespace qv::host {
 namespace {
 
-// Below this a surface can't be seen.
-constexpr float kVisible = 0.01f;
-
 bool HasUv(const aiMesh& mesh, unsigned channel) {
   return channel < AI_MAX_NUMBER_OF_TEXTURECOORDS && mesh.HasTextureCoords(channel);
 }
@@ -80,17 +77,7 @@ std::vector<std::uint32_t> SceneMaterials::IndicesFor(const aiMesh& mesh, const 
 }
 
 std::vector<SceneMaterial> SceneMaterials::Take(std::vector<std::string>& warnings) {
-  if (table_.Replaced() > 0) {
-    warnings.push_back("There are too many materials; " + std::to_string(table_.Replaced()) +
-                       " were replaced by similar ones.");
-  }
-  std::vector<SceneMaterial> materials = table_.Take();
-  const auto isVisible = [](const SceneMaterial& m) { return m.opacity >= kVisible; };
-  if (std::none_of(materials.begin(), materials.end(), isVisible)) {
-    for (SceneMaterial& material : materials) material.opacity = 1;
-    warnings.push_back("All materials are fully transparent; they are shown opaque.");
-  }
-  return materials;
+  return table_.Take(warnings);
 }
 
 }  // namespace qv::host

@@ -7,15 +7,13 @@
 #include <utility>
 
 #include "host/model/ImagePixels.h"
+#include "host/model/LinkPath.h"
 #include "platform/PathText.h"
 
 namespace qv::host {
 namespace {
 
 namespace fs = std::filesystem;
-
-// A texture's path on the link has fewer bytes than this.
-constexpr std::size_t kMaximumPath = 260;
 
 std::string KeyOf(const TextureUse& use) {
   std::string key = use.name + '\0' + use.opacityName + '\0';
@@ -46,9 +44,7 @@ TextureFiles::TextureFiles(const aiScene& scene, const fs::path& directory,
 std::optional<std::string> TextureFiles::FileFor(const TextureUse& texture) {
   const auto [place, isNew] = fileOfUse_.try_emplace(KeyOf(texture));
   if (!isNew) return place->second;
-  auto path = MakeFile(texture);
-  if (path) path = ShortPath(*path);
-  if (path) place->second = platform::Utf8FromPath(*path);
+  if (const auto path = MakeFile(texture)) place->second = LinkPath(*path, *temporaryFiles_);
   return place->second;
 }
 
@@ -106,20 +102,6 @@ std::optional<fs::path> TextureFiles::Changed(const fs::path& source, const Text
   if (!changed) return source;
   const auto path = temporaryFiles_->NewPath(".png");
   return path && Save(*pixels, *path) ? path : source;
-}
-
-std::optional<fs::path> TextureFiles::ShortPath(const fs::path& path) {
-  if (platform::Utf8FromPath(path).size() < kMaximumPath) return path;
-  auto alias = temporaryFiles_->NewPath(path.extension());
-  if (!alias || platform::Utf8FromPath(*alias).size() >= kMaximumPath) return std::nullopt;
-  std::error_code error;
-  fs::create_symlink(path, *alias, error);
-  if (error) {
-    error.clear();
-    fs::copy_file(path, *alias, error);
-  }
-  if (error) return std::nullopt;
-  return alias;
 }
 
 }  // namespace qv::host

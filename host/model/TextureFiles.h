@@ -34,7 +34,6 @@ class TextureFiles {
   std::optional<Path> Source(const std::string& name);
   std::optional<Path> WriteEmbedded(const aiTexture& texture);
   std::optional<Path> Changed(const Path& source, const TextureUse& texture);
-  std::optional<Path> ShortPath(const Path& path);
 
   const aiScene& scene_;
   TextureFinder finder_;

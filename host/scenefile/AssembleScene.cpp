@@ -8,6 +8,7 @@
 
 #include "host/model/AreaLights.h"
 #include "host/model/ImagePixels.h"
+#include "host/model/LinkPath.h"
 #include "host/model/MaterialTable.h"
 #include "host/scenefile/Archive.h"
 #include "host/scenefile/MaterialChange.h"
@@ -59,7 +60,12 @@ class Files {
       throw SceneFileError(reference.place + ": " + platform::Utf8FromPath(path) +
                            " is no image that can be read");
     }
-    return platform::Utf8FromPath(path);
+    auto text = LinkPath(path, *temporaryFiles_);
+    if (!text) {
+      throw SceneFileError(reference.place + ": the path " + platform::Utf8FromPath(path) +
+                           " is too long");
+    }
+    return *text;
   }
 
  private:
@@ -105,7 +111,7 @@ class Assembler {
     for (const SceneFileModel& model : file_.models) AddModel(model);
     for (const SceneFileShape& shape : file_.shapes) AddShape(shape);
     if (scene_->meshes.empty()) throw SceneFileError("it names no models and no shapes");
-    scene_->materials = table_.Take();
+    scene_->materials = table_.Take(scene_->warnings);
     scene_->lights.insert(scene_->lights.end(), file_.lights.begin(), file_.lights.end());
     scene_->areaLights = file_.areaLights;
     for (SceneAreaLight& light : AreaLightsOf(*scene_)) {

@@ -6,6 +6,7 @@
 
 #include "host/model/Cameras.h"
 #include "host/model/TimeText.h"
+#include "host/model/Units.h"
 
 namespace qv::host {
 namespace {
@@ -13,7 +14,6 @@ namespace {
 constexpr const char* kFormatName = "quorvane scene";
 constexpr int kFormatVersion = 1;
 constexpr double kRadiansPerDegree = std::numbers::pi / 180;
-constexpr double kMetresPerInch = 0.0254;
 constexpr std::size_t kMostThings = 10000;
 constexpr std::size_t kMostMaterials = 1000;
 constexpr std::size_t kMostViews = 100;
@@ -59,8 +59,7 @@ WantedSize ReadSize(const JsonFields& fields, double unit) {
     const auto length = lengths.Find(kLengths[axis]);
     if (!length) continue;
     any = true;
-    wanted.lengths[axis] =
-        static_cast<float>(length->Number(1e-4, kMaximumCoordinate / unit) * unit);
+    wanted.lengths[axis] = static_cast<float>(length->Number(1e-4, kFarthestPoint / unit) * unit);
   }
   if (!any) size->Fail("takes a width, a depth or a height");
   return wanted;
@@ -117,7 +116,7 @@ SceneFileShape ReadShape(const JsonValue& value, double unit) {
   shape.kind = kKinds[fields.Get("kind").OneOf({"box", "plane", "cylinder", "sphere"})];
   const bool flat = shape.kind == Kind::kPlane;
   const std::vector<double> size =
-      fields.Get("size").Numbers(flat ? 2 : 3, 1e-4, kMaximumCoordinate / unit);
+      fields.Get("size").Numbers(flat ? 2 : 3, 1e-4, kFarthestPoint / unit);
   shape.size = Vec3(static_cast<float>(size[0] * unit), static_cast<float>(size[1] * unit),
                     flat ? 0 : static_cast<float>(size[2] * unit));
   if (const auto turn = fields.Find("turn")) shape.turn = ReadTurn(*turn);
@@ -125,7 +124,7 @@ SceneFileShape ReadShape(const JsonValue& value, double unit) {
   shape.material = ReadMaterialChange(fields.Get("material"), false);
   const auto length = fields.Find("textureLength");
   shape.textureLength = static_cast<float>(
-      length ? length->Number(1e-4, kMaximumCoordinate / unit) * unit : 1 / kMetresPerInch);
+      length ? length->Number(1e-4, kFarthestPoint / unit) * unit : 1 / kMetresPerInch);
   return shape;
 }
 
@@ -217,8 +216,7 @@ void CheckFormat(const JsonFields& fields) {
 }  // namespace
 
 Vec3 ReadPoint(const JsonValue& value, double unit) {
-  return value.Point(-kMaximumCoordinate / unit, kMaximumCoordinate / unit) *
-         static_cast<float>(unit);
+  return value.Point(-kFarthestPoint / unit, kFarthestPoint / unit) * static_cast<float>(unit);
 }
 
 SceneFile ReadSceneFile(const std::string& text) {

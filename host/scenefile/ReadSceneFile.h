@@ -13,9 +13,6 @@ SceneFile ReadSceneFile(const std::string& text);
 
 // The parts of it. `unit` is the length in inches of the file's unit.
 
-// Points further out than this, in inches, can't be told apart in floats.
-inline constexpr double kMaximumCoordinate = 1e7;
-
 Vec3 ReadPoint(const JsonValue& value, double unit);
 FileReference ReadFileReference(const JsonValue& value);
 // With `name` for one that stands in a list, and else for all.

@@ -2,6 +2,7 @@
 #include <numbers>
 
 #include "host/model/AreaLights.h"
+#include "host/model/Units.h"
 #include "host/scenefile/ReadSceneFile.h"
 
 namespace qv::host {
@@ -9,10 +10,9 @@ namespace {
 
 constexpr double kRadiansPerDegree = std::numbers::pi / 180;
 constexpr std::size_t kMostLights = 64;
-constexpr double kInchesPerMetre = 1 / 0.0254;
 // How bright a lamp without a level makes a white surface at its distance.
 constexpr double kDefaultLevel = 0.6;
-constexpr double kDefaultDistance = 2.5 * kInchesPerMetre;
+constexpr double kDefaultDistance = 2.5 / kMetresPerInch;
 
 Vec3 ReadDirection(const JsonValue& value) {
   const Vec3 direction = value.Point(-1e6, 1e6);
@@ -30,7 +30,7 @@ Vec3 ReadBrightness(const JsonFields& fields) {
 
 double ReadDistance(const JsonFields& fields, double unit) {
   const auto distance = fields.Find("distance");
-  return distance ? distance->Number(1e-6, kMaximumCoordinate / unit) * unit : kDefaultDistance;
+  return distance ? distance->Number(1e-6, kFarthestPoint / unit) * unit : kDefaultDistance;
 }
 
 SceneLight ReadPointLight(const JsonValue& value, double unit) {
@@ -71,7 +71,7 @@ SceneAreaLight ReadAreaLight(const JsonValue& value, double unit) {
   const JsonFields fields(
       value, {"kind", "name", "at", "direction", "size", "color", "level", "distance"});
   const Vec3 direction = ReadDirection(fields.Get("direction"));
-  const std::vector<double> size = fields.Get("size").Numbers(2, 1e-4, kMaximumCoordinate / unit);
+  const std::vector<double> size = fields.Get("size").Numbers(2, 1e-4, kFarthestPoint / unit);
   const Vec3 up(0, 0, 1);
   const Vec3 level = up.cross(direction);
   const Vec3 across = level.norm() > 1e-4f ? level.normalized() : Vec3(1, 0, 0);
