@@ -3,6 +3,16 @@
 
 readonly wine_server=/usr/lib/wine/wineserver64
 
+# Makes folders of its own of what Wine has linked to a home folder, that of the run in which it was made: without a
+# desktop the system's file dialog crashes.
+unlink_home() {
+  local link
+  while IFS= read -r -d '' link; do
+    rm "$link"
+    mkdir "$link"
+  done < <(find "$WINEPREFIX/drive_c/users" -mindepth 2 -maxdepth 2 -type l -print0)
+}
+
 # start_wine FOLDER: makes Wine's folder unless it is there, and starts a server that stays, with what it starts:
 # otherwise these would hold on to the output of the first test until they end. Wants a display. Fails unless a program
 # has then run. A program that crashes leaves a stack trace on standard error, and no box that waits for a click.
@@ -22,6 +32,7 @@ start_wine() {
     cat "$WINEPREFIX/server.log" "$WINEPREFIX/boot.log" >&2
     fail "Wine does not start in $WINEPREFIX"
   fi
+  unlink_home
 }
 
 stop_wine() { [[ -z ${WINEPREFIX:-} ]] || "$wine_server" -k || true; }
