@@ -49,9 +49,13 @@ void MainFrame::MakePanels() {
   restore(*logPanel_, "/Layouts/LogPanel/", kLogRect);
 }
 
-// The frame keeps the keyboard.
+// Once the frame is there, which keeps the keyboard.
 void MainFrame::ShowPanelsOfLastTime() {
-  for (wxFrame* panel : std::exchange(panelsAtStart_, {})) panel->ShowWithoutActivating();
+  CallAfter([this] {
+    for (wxFrame* panel : std::exchange(panelsAtStart_, {})) {
+      if (!closing_) panel->ShowWithoutActivating();
+    }
+  });
 }
 
 void MainFrame::DestroyPanels() {
@@ -79,7 +83,7 @@ void MainFrame::EnablePanels(bool enable) {
 
 void MainFrame::RefillPanels() {
   presetsPanel_->Load();
-  lightPanel_->Refresh();
+  lightPanel_->ShowValues();
 }
 
 void MainFrame::BindPanelRules() {

@@ -61,9 +61,13 @@ WindowLayout::~WindowLayout() {
 }
 
 std::optional<bool> WindowLayout::Restore(const LayoutDefaults& defaults) {
-  const LayoutPlan plan = PlanLayout(
+  LayoutPlan plan = PlanLayout(
       *wxConfigBase::Get(), prefix_, defaults,
       [](const wxPoint& position) { return wxDisplay::GetFromPoint(position) != wxNOT_FOUND; });
+  // The window's contents may need more than they did, in another language for one.
+  wxSize size = plan.rect.GetSize();
+  size.IncTo(window_->GetMinSize());
+  plan.rect.SetSize(size);
   normalRect_ = plan.rect;
   window_->SetSize(plan.rect);
   placed_ = window_->IsShown();

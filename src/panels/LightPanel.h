@@ -19,7 +19,7 @@ class LightPanel : public _LightPanel, private LightControls {
   ~LightPanel() override;
 
   // Shows what is in force.
-  void Refresh() { editor_.Refresh(); }
+  void ShowValues() { editor_.Refresh(); }
 
  private:
   void BindRow(const LightRange& range);

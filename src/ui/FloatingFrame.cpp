@@ -7,13 +7,10 @@ namespace {
 constexpr long kStyle =
     (wxDEFAULT_FRAME_STYLE & ~wxMINIMIZE_BOX) | wxFRAME_FLOAT_ON_PARENT | wxFRAME_NO_TASKBAR;
 
-// Until it is laid out: toolkits complain of contents that have less room than they need.
-const wxSize kFirstSize(640, 640);
-
 }  // namespace
 
 FloatingFrame::FloatingFrame(wxWindow* parent, const wxString& title)
-    : wxFrame(parent, wxID_ANY, title, wxDefaultPosition, kFirstSize, kStyle) {
+    : wxFrame(parent, wxID_ANY, title, wxDefaultPosition, wxDefaultSize, kStyle) {
   if (const auto* top = wxDynamicCast(parent, wxTopLevelWindow)) SetIcons(top->GetIcons());
   SetExtraStyle(GetExtraStyle() | wxWS_EX_BLOCK_EVENTS);
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {

