@@ -49,6 +49,7 @@ class ViewerWindow {
   Screenshot Shoot() const;
   // As a user does who drags a border, and as the button of the title bar does.
   void Resize(int width, int height);
+  void Maximize(bool on);
   void Close();
   // Clicks the first menu of the menu bar.
   void OpenMenu();
