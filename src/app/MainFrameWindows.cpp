@@ -12,10 +12,11 @@
 namespace qv {
 
 void MainFrame::BindUpdateRules() {
-  for (const int tool :
-       {kIdCameraLink, kIdSynchronizeCamera, kIdBackground, kIdCapture, kIdReloadData}) {
+  // Their keys work also while their menu is disabled.
+  for (const int id : {kIdResetCameraRoll, kIdPreferences, kIdCameraLink, kIdSynchronizeCamera,
+                       kIdBackground, kIdCapture, kIdReloadData}) {
     Bind(
-        wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Enable(interactive_); }, tool);
+        wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Enable(interactive_); }, id);
   }
   const auto show = [](wxUpdateUIEvent& event, const ToolState& state) {
     event.Enable(state.enabled);
@@ -49,7 +50,7 @@ int MainFrame::ShowDialog(wxDialog& dialog) {
 }
 
 void MainFrame::OnPreferences(wxCommandEvent&) {
-  if (closing_ || waiting_) return;
+  if (!interactive_ || closing_ || waiting_) return;
   PreferencesDialog dialog(this);
   if (ShowDialog(dialog) != wxID_OK) return;
   const Preferences chosen = Preferences::Load(*wxConfigBase::Get());
