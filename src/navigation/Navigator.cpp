@@ -114,11 +114,7 @@ void Navigator::Wheel(int x, int y, double notches) {
   step = std::max(step, kLeastWheelStep);
   camera.position += way * step * static_cast<float>(notches);
   actions_.ShowMoving(camera);
-  if (ticking_) {
-    unsent_ = true;  // the end of the motion tells the host
-  } else if (actions_.IsCameraLinked()) {
-    actions_.SendCamera();
-  }
+  if (actions_.IsCameraLinked()) actions_.SendCamera();
 }
 
 void Navigator::ResetRoll() {
@@ -128,7 +124,6 @@ void Navigator::ResetRoll() {
 }
 
 void Navigator::EyeHeightChanged(double now) {
-  unsent_ = unsent_ || mode_ == NavigationMode::kWalk;
   Begin(now);
 }
 
