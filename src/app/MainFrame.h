@@ -202,6 +202,7 @@ class MainFrame : public FrameWindow, public IQuorvane, private PanelSite {
   bool closing_ = false;
   bool showStatistics_ = true;
   bool pictureIsNew_ = false;           // taken, but not painted yet
+  bool sizeRefused_ = false;            // there was no memory for that size
   wxSize pictureSize_{0, 0};            // of the renderer's pictures
   RenderStatistics pictureStatistics_;  // of the picture that the painter shows
   PicturePainter painter_;

@@ -23,4 +23,9 @@ wxString StatisticsText(double basePassSeconds, double antialiasPassSeconds,
       basePassSeconds, antialiasPassSeconds, triangleCount, materialCount);
 }
 
+wxString MemoryRefusedText(const wxSize& size) {
+  return wxString::Format(_("There is not enough memory for a picture of %d by %d pixels."), size.x,
+                          size.y);
+}
+
 }  // namespace qv
