@@ -79,8 +79,8 @@ void Navigator::Step(const NavigationInput& held, double now) {
 void Navigator::Settle(const NavigationInput& held) {
   if (held.Moves()) return;
   state_.boost = 1;
-  if (state_.fallSpeed != 0) return;
-  if (std::exchange(ticking_, false)) actions_.SetTicking(false);
+  if (state_.fallSpeed == 0 && std::exchange(ticking_, false)) actions_.SetTicking(false);
+  if (held.redraw) return;
   if (std::exchange(unsent_, false) && actions_.IsCameraLinked()) actions_.SendCamera();
 }
 
