@@ -10,6 +10,14 @@
 #include "ui/CommandIds.h"
 
 namespace qv {
+namespace {
+
+LightmapUse LightmapUseOf(const RaytraceImpl* renderer) {
+  if (!renderer) return {};
+  return {renderer->UseLightmap(), renderer->LightmapHasLEM()};
+}
+
+}  // namespace
 
 void MainFrame::BindUpdateRules() {
   // Their keys work also while their menu is disabled.
@@ -27,14 +35,15 @@ void MainFrame::BindUpdateRules() {
       [this, show](wxUpdateUIEvent& event) {
         const RaytraceImpl* renderer = renderer_.get();
         const bool used = renderer && renderer->UseAmbientOcclusion();
-        show(event, AmbientOcclusionTool(interactive_, used, {}));
+        show(event, AmbientOcclusionTool(interactive_, used, LightmapUseOf(renderer)));
       },
       kIdAmbientOcclusion);
   Bind(
       wxEVT_UPDATE_UI,
       [this, show](wxUpdateUIEvent& event) {
         const RaytraceImpl* renderer = renderer_.get();
-        show(event, LEMTool(interactive_, renderer && renderer->UseLEM(), {}));
+        const bool used = renderer && renderer->UseLEM();
+        show(event, LEMTool(interactive_, used, LightmapUseOf(renderer)));
       },
       kIdLEM);
   BindPanelRules();
