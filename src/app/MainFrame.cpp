@@ -250,7 +250,8 @@ void MainFrame::Shutdown() {
 }
 
 void MainFrame::OnViewErase(wxEraseEvent& event) {
-  if (!sceneShown_) event.Skip();
+  // Painting covers all of the view, but only where there is a picture.
+  if (!sceneShown_ || !painter_.HasPicture()) event.Skip();
 }
 
 void MainFrame::OnViewPaint(wxPaintEvent&) {
