@@ -141,7 +141,6 @@ void MainFrame::NoteCaptured(ImageCapture::Outcome outcome, const wxString& file
   const bool unknown = outcome == ImageCapture::Outcome::kUnknownFormat;
   Log(LogLevel::kWarning,
       (unknown ? "no image format has the extension of " : "could not write the image ") + name);
-  ShowStatusText(_("The image could not be written."));
 }
 
 void MainFrame::ShowViewAgain() {
