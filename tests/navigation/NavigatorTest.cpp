@@ -133,6 +133,50 @@ TEST_F(NavigatorTest, MiddlePressTakesThePivotFromWhatIsSeen) {
   EXPECT_LT((orbit() - Vec3(-5, 6, 0)).norm(), 1e-3f);
 }
 
+TEST_F(NavigatorTest, ShiftAndMiddleDragWhatIsUnderThePointer) {
+  NavigationInput held{.middle = true, .shift = true, .x = 100, .y = 100};
+  const auto pan = [&] {
+    actions_.camera = {};
+    held.x = held.y = 100;
+    navigator_.ButtonPressed(held, true, now_);
+    held.x = 130;
+    held.y = 90;
+    navigator_.Tick(held, now_ += 0.01);
+    navigator_.Released(held, none_, now_);
+    return actions_.camera.position;
+  };
+  // A pixel is a thousandth of the distance; the eye goes against the hand.
+  scene_.picked = {true, {0, 500, 0}, 500, {0, 1, 0}};
+  EXPECT_LT((pan() - Vec3(-15, 0, -5)).norm(), 1e-4f);
+  EXPECT_EQ(scene_.lastPick, std::pair(100, 100));
+  // Beside the model: as far as its middle.
+  scene_.picked = {};
+  scene_.bounds = SceneBox{{-10, 150, -10}, {10, 250, 10}};
+  EXPECT_LT((pan() - Vec3(-6, 0, -2)).norm(), 1e-4f);
+}
+
+TEST_F(NavigatorTest, RollIsTakenBackInOneStillPicture) {
+  actions_.camera.position = {1, 2, 3};
+  actions_.camera.forward = {0, 0.6f, 0.8f};
+  actions_.camera.up = {1, 0, 0};
+  navigator_.ResetRoll();
+  EXPECT_EQ(actions_.still, 1);
+  EXPECT_EQ(actions_.moving, 0);
+  EXPECT_LT((actions_.camera.up - Vec3(0, -0.8f, 0.6f)).norm(), 1e-6f);
+  EXPECT_EQ(actions_.camera.forward, Vec3(0, 0.6f, 0.8f));
+  EXPECT_EQ(actions_.camera.position, Vec3(1, 2, 3));
+}
+
+TEST_F(NavigatorTest, ControlAndLeftMoveTheSunAndNotTheCamera) {
+  NavigationInput held{.left = true, .control = true, .x = 100, .y = 100};
+  navigator_.ButtonPressed(held, false, now_);
+  held.x = 300;
+  navigator_.Tick(held, now_ += 0.05);
+  navigator_.Tick(held, now_ += 0.05);
+  EXPECT_NEAR(actions_.days, 2 * 0.125 * 0.1, 1e-9);
+  EXPECT_EQ(actions_.moving + actions_.still, 0);
+}
+
 TEST_F(NavigatorTest, WheelGoesAPartOfTheWayToThePointUnderThePointer) {
   scene_.picked = {true, {0, 120, 160}, 200, {0, 0.6f, 0.8f}};
   navigator_.Wheel(33, 44, 2);
