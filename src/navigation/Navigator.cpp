@@ -38,7 +38,6 @@ void Navigator::Begin(double now) {
 void Navigator::ButtonPressed(const NavigationInput& held, bool middle, double now) {
   state_.pressX = state_.lastX = held.x;
   state_.pressY = state_.lastY = held.y;
-  state_.partOfDay = 0;
   unsent_ = true;
   Begin(now);
   if (middle) PickPivot(held);
