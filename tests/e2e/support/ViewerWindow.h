@@ -51,6 +51,8 @@ class ViewerWindow {
   void Resize(int width, int height);
   void Maximize(bool on);
   void Close();
+  // Whether the toolkit drops that while a dialog is open; elsewhere the dialog goes first.
+  static bool DialogsHoldClose();
   // Clicks the first menu of the menu bar.
   void OpenMenu();
   // Presses and lets go the left button at a point of the window.

@@ -165,6 +165,10 @@ void ViewerWindow::Close() {
   XFlush(native_->display);
 }
 
+bool ViewerWindow::DialogsHoldClose() {
+  return true;
+}
+
 void ViewerWindow::Click(int x, int y) {
   int rootX = 0, rootY = 0;
   ::Window child = None;

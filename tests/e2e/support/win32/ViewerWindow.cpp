@@ -172,6 +172,10 @@ void ViewerWindow::Close() {
   PostMessageW(native_->window, WM_SYSCOMMAND, SC_CLOSE, 0);
 }
 
+bool ViewerWindow::DialogsHoldClose() {
+  return false;
+}
+
 void ViewerWindow::Click(int x, int y) {
   SetForegroundWindow(native_->window);
   MovePointer(x, y);
