@@ -9,7 +9,6 @@
 #include <memory>
 #include <string>
 
-#include "app/LogHistory.h"
 #include "core/Log.h"
 #include "platform/Clock.h"
 
@@ -25,6 +24,18 @@ class LogBridge : public wxLog {
     Log(ours, message.ToStdString(wxConvUTF8));
   }
 };
+
+const char* NameOf(LogLevel level) {
+  switch (level) {
+    case LogLevel::kInfo:
+      return "info";
+    case LogLevel::kWarning:
+      return "warning";
+    case LogLevel::kError:
+      break;
+  }
+  return "error";
+}
 
 LogLevel ThresholdFromEnvironment() {
   wxString text;
@@ -51,9 +62,8 @@ void RouteLibraryLog() {
 void StartLog() {
   SetLogSink([threshold = ThresholdFromEnvironment(), file = FileFromEnvironment(),
               start = platform::NowSeconds()](LogLevel level, const std::string& text) {
-    const double seconds = platform::NowSeconds() - start;
-    LogHistory::Shared().Add({seconds, level, text});
     if (level < threshold) return;
+    const double seconds = platform::NowSeconds() - start;
     std::FILE* to = file ? file.get() : stderr;
     std::fprintf(to, "quorvane %9.3f %s: %s\n", seconds, NameOf(level), text.c_str());
     std::fflush(to);

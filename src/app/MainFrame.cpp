@@ -108,9 +108,14 @@ bool MainFrame::WithIdleRenderer(const std::function<void(RaytraceImpl&)>& work)
 void MainFrame::ResizeTargets(RaytraceImpl& renderer, int antialiasIndex) {
   const wxSize size = view_->GetClientSize();
   pictureSize_ = wxSize(std::max(size.x, 1), std::max(size.y, 1));
-  if (!renderer.ResizeTargets(pictureSize_.x, pictureSize_.y, antialiasIndex)) {
-    renderer.ResizeTargets(pictureSize_.x, pictureSize_.y, kFewestSamples);
+  const bool refused = !renderer.ResizeTargets(pictureSize_.x, pictureSize_.y, antialiasIndex) &&
+                       !renderer.ResizeTargets(pictureSize_.x, pictureSize_.y, kFewestSamples);
+  if (refused) {
+    ShowStatusText(MemoryRefusedText(pictureSize_));
+  } else if (sizeRefused_) {
+    ShowStatusText(wxString());
   }
+  sizeRefused_ = refused;
   painter_.RendererCleared();
 }
 
@@ -245,7 +250,8 @@ void MainFrame::Shutdown() {
 }
 
 void MainFrame::OnViewErase(wxEraseEvent& event) {
-  if (!sceneShown_) event.Skip();
+  // Painting covers all of the view, but only where there is a picture.
+  if (!sceneShown_ || !painter_.HasPicture()) event.Skip();
 }
 
 void MainFrame::OnViewPaint(wxPaintEvent&) {

@@ -129,7 +129,6 @@ class MainFrame : public FrameWindow, public IQuorvane, private PanelSite {
   void RefillPanels();
   void OnPresetsPanel(wxCommandEvent& event) override;
   void OnLightPanel(wxCommandEvent& event) override;
-  void OnLogPanel(wxCommandEvent& event) override;
   RaytraceImpl* Renderer() const override { return renderer_.get(); }
   RaytraceImpl* SceneRenderer() const override;
   void ShowAdjustedPicture() override;
@@ -203,6 +202,7 @@ class MainFrame : public FrameWindow, public IQuorvane, private PanelSite {
   bool showStatistics_ = true;
   bool pictureIsNew_ = false;           // taken, but not painted yet
   wxSize pictureSize_{0, 0};            // of the renderer's pictures
+  bool sizeRefused_ = false;            // there was no memory for that size
   RenderStatistics pictureStatistics_;  // of the picture that the painter shows
   PicturePainter painter_;
   std::unique_ptr<ViewNavigation> navigation_;

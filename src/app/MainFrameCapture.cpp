@@ -11,6 +11,7 @@
 
 #include "app/MainFrame.h"
 #include "app/MainFrameScopes.h"
+#include "app/StatusTexts.h"
 #include "core/Log.h"
 #include "output/CaptureImageDialog.h"
 #include "output/ImageCapture.h"
@@ -81,12 +82,8 @@ void MainFrame::BeginCapture(const CaptureRequest& request, const wxString& file
   });
   if (!idle) return;
   if (!started) {
-    ShowStatusText(wxString());
-    wxMessageDialog message(
-        this,
-        wxString::Format(_("There is not enough memory for a picture of %d by %d pixels."),
-                         request.width, request.height),
-        wxMessageBoxCaptionStr, wxOK | wxICON_ERROR);
+    wxMessageDialog message(this, MemoryRefusedText(wxSize(request.width, request.height)),
+                            wxMessageBoxCaptionStr, wxOK | wxICON_ERROR);
     ShowDialog(message);
     return;
   }
@@ -144,7 +141,6 @@ void MainFrame::NoteCaptured(ImageCapture::Outcome outcome, const wxString& file
   const bool unknown = outcome == ImageCapture::Outcome::kUnknownFormat;
   Log(LogLevel::kWarning,
       (unknown ? "no image format has the extension of " : "could not write the image ") + name);
-  ShowStatusText(_("The image could not be written."));
 }
 
 void MainFrame::ShowViewAgain() {

@@ -39,7 +39,7 @@ void MainFrame::MakePanels() {
     return visible.value_or(false);
   };
   restore(*this, "/Layouts/MainView/", kMainRect);
-  // The frame is always shown; the log is shown only on request.
+  // The frame is always shown; the log never.
   if (restore(*presetsPanel_, "/Layouts/PresetsPanel/", kPresetsRect)) {
     panelsAtStart_.push_back(presetsPanel_);
   }
@@ -87,18 +87,17 @@ void MainFrame::RefillPanels() {
 }
 
 void MainFrame::BindPanelRules() {
-  const auto follow = [this](int id, wxFrame* panel, bool always) {
+  const auto follow = [this](int id, wxFrame* panel) {
     Bind(
         wxEVT_UPDATE_UI,
-        [this, panel, always](wxUpdateUIEvent& event) {
-          event.Enable(always || interactive_);
+        [this, panel](wxUpdateUIEvent& event) {
+          event.Enable(interactive_);
           event.Check(panel->IsShown());
         },
         id);
   };
-  follow(kIdPresetsPanel, presetsPanel_, false);
-  follow(kIdLightPanel, lightPanel_, false);
-  follow(kIdLogPanel, logPanel_, true);
+  follow(kIdPresetsPanel, presetsPanel_);
+  follow(kIdLightPanel, lightPanel_);
 }
 
 void MainFrame::OnPresetsPanel(wxCommandEvent& event) {
@@ -107,10 +106,6 @@ void MainFrame::OnPresetsPanel(wxCommandEvent& event) {
 
 void MainFrame::OnLightPanel(wxCommandEvent& event) {
   lightPanel_->Show(event.IsChecked());
-}
-
-void MainFrame::OnLogPanel(wxCommandEvent& event) {
-  logPanel_->Show(event.IsChecked());
 }
 
 RaytraceImpl* MainFrame::SceneRenderer() const {

@@ -10,12 +10,21 @@
 #include "ui/CommandIds.h"
 
 namespace qv {
+namespace {
+
+LightmapUse LightmapUseOf(const RaytraceImpl* renderer) {
+  if (!renderer) return {};
+  return {renderer->UseLightmap(), renderer->LightmapHasLEM()};
+}
+
+}  // namespace
 
 void MainFrame::BindUpdateRules() {
-  for (const int tool :
-       {kIdCameraLink, kIdSynchronizeCamera, kIdBackground, kIdCapture, kIdReloadData}) {
+  // Their keys work also while their menu is disabled.
+  for (const int id : {kIdResetCameraRoll, kIdPreferences, kIdCameraLink, kIdSynchronizeCamera,
+                       kIdBackground, kIdCapture, kIdReloadData}) {
     Bind(
-        wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Enable(interactive_); }, tool);
+        wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Enable(interactive_); }, id);
   }
   const auto show = [](wxUpdateUIEvent& event, const ToolState& state) {
     event.Enable(state.enabled);
@@ -26,14 +35,15 @@ void MainFrame::BindUpdateRules() {
       [this, show](wxUpdateUIEvent& event) {
         const RaytraceImpl* renderer = renderer_.get();
         const bool used = renderer && renderer->UseAmbientOcclusion();
-        show(event, AmbientOcclusionTool(interactive_, used, {}));
+        show(event, AmbientOcclusionTool(interactive_, used, LightmapUseOf(renderer)));
       },
       kIdAmbientOcclusion);
   Bind(
       wxEVT_UPDATE_UI,
       [this, show](wxUpdateUIEvent& event) {
         const RaytraceImpl* renderer = renderer_.get();
-        show(event, LEMTool(interactive_, renderer && renderer->UseLEM(), {}));
+        const bool used = renderer && renderer->UseLEM();
+        show(event, LEMTool(interactive_, used, LightmapUseOf(renderer)));
       },
       kIdLEM);
   BindPanelRules();
@@ -49,7 +59,7 @@ int MainFrame::ShowDialog(wxDialog& dialog) {
 }
 
 void MainFrame::OnPreferences(wxCommandEvent&) {
-  if (closing_ || waiting_) return;
+  if (!interactive_ || closing_ || waiting_) return;
   PreferencesDialog dialog(this);
   if (ShowDialog(dialog) != wxID_OK) return;
   const Preferences chosen = Preferences::Load(*wxConfigBase::Get());

@@ -7,11 +7,8 @@
 namespace qv {
 
 std::string SunTimeText(double julianDate, float longitude) {
-  // A Julian date resolves some 40 microseconds, so a whole minute may come back as just below it.
-  constexpr double kHalfSecond = 0.5 / 86400.0;
-  const CalendarDate date = CalendarFromJulianDate(julianDate + kHalfSecond, longitude);
-  const int minutes = static_cast<int>(date.hours * 60);
-  return wxString::Format("%02d:%02d %d/%d", minutes / 60, minutes % 60, date.month, date.day)
+  const CalendarTime time = CalendarTimeFromJulianDate(julianDate, longitude);
+  return wxString::Format("%02d:%02d %d/%d", time.hour, time.minute, time.month, time.day)
       .ToStdString();
 }
 
@@ -24,6 +21,11 @@ wxString StatisticsText(double basePassSeconds, double antialiasPassSeconds,
   return wxString::Format(
       _("Rendering Time = %.3f Rendering Time(AA)= %.3f\nPolygon = %d, Material = %d"),
       basePassSeconds, antialiasPassSeconds, triangleCount, materialCount);
+}
+
+wxString MemoryRefusedText(const wxSize& size) {
+  return wxString::Format(_("There is not enough memory for a picture of %d by %d pixels."), size.x,
+                          size.y);
 }
 
 }  // namespace qv

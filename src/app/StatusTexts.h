@@ -1,5 +1,6 @@
 #pragma once
 
+#include <wx/gdicmn.h>
 #include <wx/string.h>
 
 #include <cstdint>
@@ -18,5 +19,8 @@ wxString EyeHeightText(float eyeHeight);
 // what the scene holds.
 wxString StatisticsText(double basePassSeconds, double antialiasPassSeconds,
                         std::int32_t triangleCount, std::int32_t materialCount);
+
+// What the user is told when a picture of that size, in pixels, cannot be held.
+wxString MemoryRefusedText(const wxSize& size);
 
 }  // namespace qv

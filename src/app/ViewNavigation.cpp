@@ -215,14 +215,10 @@ void ViewNavigation::AddDays(double days) {
 }
 
 void ViewNavigation::SendDate(double julianDate, float longitude) {
-  // A Julian date resolves some 40 microseconds, so a whole second may come back as just below it.
-  constexpr double kHalfSecond = 0.5 / 86400.0;
-  const CalendarDate date = CalendarFromJulianDate(julianDate + kHalfSecond, longitude);
-  const int seconds = std::clamp(static_cast<int>(date.hours * 3600), 0, 86399);
   IpcInterfaceApp* link = site_.Link();
   if (!link) return;
-  link->SendDateTime(date.year, date.month, date.day, seconds / 3600, seconds / 60 % 60,
-                     seconds % 60);
+  const CalendarTime time = CalendarTimeFromJulianDate(julianDate, longitude);
+  link->SendDateTime(time.year, time.month, time.day, time.hour, time.minute, time.second);
 }
 
 std::optional<Vec3> ViewNavigation::AskHostTarget() {

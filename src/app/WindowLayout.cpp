@@ -6,9 +6,6 @@
 namespace qv {
 namespace {
 
-// After a window is shown, until it stands where the window manager has put it.
-constexpr int kSettleMilliseconds = 300;
-
 int ReadInt(const wxConfigBase& settings, const wxString& key, int fallback) {
   return static_cast<int>(settings.ReadLong(key, fallback));
 }
@@ -46,18 +43,15 @@ void StoreLayout(wxConfigBase& settings, const wxString& prefix, const wxRect& r
 }
 
 WindowLayout::WindowLayout(wxTopLevelWindow& window, const wxString& prefix)
-    : window_(&window), prefix_(prefix), normalRect_(window.GetRect()) {
+    : window_(&window), prefix_(prefix), place_(window), normalRect_(window.GetRect()) {
   window_->Bind(wxEVT_SIZE, &WindowLayout::OnSize, this);
   window_->Bind(wxEVT_MOVE, &WindowLayout::OnMove, this);
-  window_->Bind(wxEVT_SHOW, &WindowLayout::OnShow, this);
-  settled_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { PlaceAgain(); });
 }
 
 WindowLayout::~WindowLayout() {
   if (!window_) return;
   window_->Unbind(wxEVT_SIZE, &WindowLayout::OnSize, this);
   window_->Unbind(wxEVT_MOVE, &WindowLayout::OnMove, this);
-  window_->Unbind(wxEVT_SHOW, &WindowLayout::OnShow, this);
 }
 
 std::optional<bool> WindowLayout::Restore(const LayoutDefaults& defaults) {
@@ -69,9 +63,7 @@ std::optional<bool> WindowLayout::Restore(const LayoutDefaults& defaults) {
   size.IncTo(window_->GetMinSize());
   plan.rect.SetSize(size);
   normalRect_ = plan.rect;
-  window_->SetSize(plan.rect);
-  placed_ = window_->IsShown();
-  if (plan.maximized) window_->Maximize();
+  place_.Put(plan.rect, plan.maximized);
   return plan.visible;
 }
 
@@ -91,25 +83,9 @@ void WindowLayout::OnMove(wxMoveEvent& event) {
   NoteRect();
 }
 
-void WindowLayout::OnShow(wxShowEvent& event) {
-  event.Skip();
-  if (!placed_ && event.IsShown()) settled_.StartOnce(kSettleMilliseconds);
-}
-
-// Window managers put a new window where they like, and do not always tell. One that believes to be
-// in its place already is only moved by way of another.
-void WindowLayout::PlaceAgain() {
-  if (!window_) return;
-  if (!window_->IsMaximized()) {
-    window_->Move(normalRect_.x + 1, normalRect_.y);
-    window_->Move(normalRect_.GetPosition());
-  }
-  placed_ = true;
-  NoteRect();
-}
-
 void WindowLayout::NoteRect() {
-  if (placed_ && window_->IsShown() && !window_->IsMaximized() && !window_->IsIconized()) {
+  if (place_.IsReached() && window_->IsShown() && !window_->IsMaximized() &&
+      !window_->IsIconized()) {
     normalRect_ = window_->GetRect();
   }
 }

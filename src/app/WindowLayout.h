@@ -2,12 +2,13 @@
 
 #include <wx/confbase.h>
 #include <wx/gdicmn.h>
-#include <wx/timer.h>
 #include <wx/toplevel.h>
 #include <wx/weakref.h>
 
 #include <functional>
 #include <optional>
+
+#include "WindowPlace.h"
 
 namespace qv {
 
@@ -53,16 +54,14 @@ class WindowLayout {
  private:
   void OnSize(wxSizeEvent& event);
   void OnMove(wxMoveEvent& event);
-  void OnShow(wxShowEvent& event);
-  void PlaceAgain();
   void NoteRect();
 
   wxWeakRef<wxTopLevelWindow> window_;
   const wxString prefix_;
-  // Of the window when it is neither maximised nor minimised: where it goes back to.
+  WindowPlace place_;
+  // Of the window when it is neither maximised nor minimised: where it goes back to. Follows the
+  // window once that has come to its place.
   wxRect normalRect_;
-  bool placed_ = true;  // nothing to be waited for: normalRect_ follows the window
-  wxTimer settled_;
 };
 
 }  // namespace qv

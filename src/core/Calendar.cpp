@@ -1,5 +1,6 @@
 #include "core/Calendar.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace qv {
@@ -51,6 +52,13 @@ CalendarDate CalendarFromJulianDate(double julianDate, double longitude) {
   date.month = static_cast<int>(d < 14 ? d - 1 : d - 13);
   date.year = static_cast<int>(date.month > 2 ? c - 4716 : c - 4715);
   return date;
+}
+
+CalendarTime CalendarTimeFromJulianDate(double julianDate, double longitude) {
+  constexpr double kHalfSecond = 0.5 / 86400.0;
+  const CalendarDate date = CalendarFromJulianDate(julianDate + kHalfSecond, longitude);
+  const int seconds = std::clamp(static_cast<int>(date.hours * 3600), 0, 86399);
+  return {date.year, date.month, date.day, seconds / 3600, seconds / 60 % 60, seconds % 60};
 }
 
 }  // namespace qv

@@ -18,4 +18,13 @@ double JulianDateFromCalendar(int year, int month, int day, double hours, double
 // date of all zeros.
 CalendarDate CalendarFromJulianDate(double julianDate, double longitude);
 
+struct CalendarTime {
+  int year = 0, month = 0, day = 0;
+  int hour = 0, minute = 0, second = 0;
+};
+
+// The same to the nearest second. A Julian date of our time resolves some 40 microseconds, so that
+// a whole second may come back as just below it.
+CalendarTime CalendarTimeFromJulianDate(double julianDate, double longitude);
+
 }  // namespace qv

@@ -47,10 +47,8 @@ void MoveSun(Motion& m) {
     m.out.days = v * kPartOfDayPerSecond * m.dt;
     return;
   }
-  // The part of a day that a short step leaves over goes to the next one.
-  const double days = m.in.state.partOfDay + v * kDaysPerSecond * m.dt;
-  m.out.days = std::trunc(days);
-  m.out.state.partOfDay = days - m.out.days;
+  // Whole days only: the time of day stays.
+  m.out.days = std::trunc(v * kDaysPerSecond * m.dt);
 }
 
 void Drive(Motion& m) {

@@ -22,7 +22,6 @@ struct MotionState {
   int lastX = 0, lastY = 0;    // where the pointer was at the last step
   float panDistance = 0;       // how far the plane that is dragged lies from the eye
   Vec3 orbitPivot{0, 0, 0};
-  double partOfDay = 0;  // what the date still has to move by when it moves in whole days
 };
 
 struct StepInput {

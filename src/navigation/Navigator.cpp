@@ -38,7 +38,6 @@ void Navigator::Begin(double now) {
 void Navigator::ButtonPressed(const NavigationInput& held, bool middle, double now) {
   state_.pressX = state_.lastX = held.x;
   state_.pressY = state_.lastY = held.y;
-  state_.partOfDay = 0;
   unsent_ = true;
   Begin(now);
   if (middle) PickPivot(held);
@@ -79,8 +78,8 @@ void Navigator::Step(const NavigationInput& held, double now) {
 void Navigator::Settle(const NavigationInput& held) {
   if (held.Moves()) return;
   state_.boost = 1;
-  if (state_.fallSpeed != 0) return;
-  if (std::exchange(ticking_, false)) actions_.SetTicking(false);
+  if (state_.fallSpeed == 0 && std::exchange(ticking_, false)) actions_.SetTicking(false);
+  if (held.redraw) return;
   if (std::exchange(unsent_, false) && actions_.IsCameraLinked()) actions_.SendCamera();
 }
 
@@ -114,11 +113,7 @@ void Navigator::Wheel(int x, int y, double notches) {
   step = std::max(step, kLeastWheelStep);
   camera.position += way * step * static_cast<float>(notches);
   actions_.ShowMoving(camera);
-  if (ticking_) {
-    unsent_ = true;  // the end of the motion tells the host
-  } else if (actions_.IsCameraLinked()) {
-    actions_.SendCamera();
-  }
+  if (actions_.IsCameraLinked()) actions_.SendCamera();
 }
 
 void Navigator::ResetRoll() {
@@ -128,7 +123,6 @@ void Navigator::ResetRoll() {
 }
 
 void Navigator::EyeHeightChanged(double now) {
-  unsent_ = unsent_ || mode_ == NavigationMode::kWalk;
   Begin(now);
 }
 

@@ -32,8 +32,8 @@ class NavigationActions {
 // Turns what a person does in the view into motion of the camera: it knows when a motion begins
 // and ends, and what a press, the wheel and the commands do. Times are seconds of a steady clock.
 //
-// A motion begins with a press and is finished when nothing is held any more and the walker
-// stands. The host then gets one camera, if it is linked.
+// A motion begins with a press. When nothing is held any more the host gets one camera, if it is
+// linked, even if the walker is still falling. It gets one at each turn of the wheel, and no other.
 class Navigator {
  public:
   Navigator(const SceneProbe& scene, NavigationActions& actions);
@@ -60,7 +60,7 @@ class Navigator {
  private:
   void Begin(double now);
   void Step(const NavigationInput& held, double now);
-  // Ends the motion if nothing goes on any more.
+  // Once nothing is held any more: tells the host, and ends the motion if no fall goes on.
   void Settle(const NavigationInput& held);
   void PickPivot(const NavigationInput& held);
 
@@ -69,7 +69,7 @@ class Navigator {
   NavigationMode mode_ = NavigationMode::kFly;
   MotionState state_;
   bool ticking_ = false;
-  bool unsent_ = false;  // there was a motion that the host has not been told of
+  bool unsent_ = false;  // something was held that the host has not been told the end of
   double lastTick_ = 0;
 };
 

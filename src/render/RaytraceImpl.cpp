@@ -221,7 +221,6 @@ bool RaytraceImpl::ResizeTargets(int width, int height, int antialiasIndex) {
   if (parts_->engine.ResizeTargets(width, height, factor)) return true;
   Log(LogLevel::kError, "no memory for a picture of " + std::to_string(width) + " by " +
                             std::to_string(height) + " pixels");
-  if (parts_->statusText) parts_->statusText(L"Not enough memory for a picture of this size.");
   return false;
 }
 

@@ -19,7 +19,6 @@ enum CommandId : int {
   kIdCapture = 1013,
   kIdReloadData = 1015,
   kIdGauge = 10001,
-  kIdLogPanel = 10002,
   // Of the background dialog, which has numbers of its own.
   kIdTextureMode = 1000,
   kIdSimulationMode = 1001,

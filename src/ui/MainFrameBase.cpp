@@ -50,8 +50,6 @@ void _MainFrame::AddMenus() {
   auto* window = new wxMenu;
   window->AppendCheckItem(kIdPresetsPanel, _("Presets"));
   window->AppendCheckItem(kIdLightPanel, _("Light"));
-  window->AppendSeparator();
-  window->AppendCheckItem(kIdLogPanel, _("Log"));
   auto* menuBar = new wxMenuBar;
   menuBar->Append(view, _("View"));
   menuBar->Append(tools, _("Tools"));
@@ -108,7 +106,6 @@ void _MainFrame::BindEvents() {
   Bind(wxEVT_MENU, &_MainFrame::OnPreferences, this, kIdPreferences);
   Bind(wxEVT_MENU, &_MainFrame::OnPresetsPanel, this, kIdPresetsPanel);
   Bind(wxEVT_MENU, &_MainFrame::OnLightPanel, this, kIdLightPanel);
-  Bind(wxEVT_MENU, &_MainFrame::OnLogPanel, this, kIdLogPanel);
 }
 
 }  // namespace qv

@@ -33,7 +33,6 @@ class _MainFrame
   virtual void OnCapture(wxCommandEvent& event) = 0;
   virtual void OnPresetsPanel(wxCommandEvent& event) = 0;
   virtual void OnLightPanel(wxCommandEvent& event) = 0;
-  virtual void OnLogPanel(wxCommandEvent& event) = 0;
 
   wxPanel* view_;
   wxToolBar* toolBar_;

@@ -24,7 +24,13 @@ class WindowLayoutTest : public ::testing::Test {
 
 TEST_F(WindowLayoutTest, ComesBackAsItWasStored) {
   StoreLayout(settings_, kPrefix, {12, 34, 560, 780}, false, true);
-  EXPECT_TRUE(settings_.HasEntry(wxString(kPrefix) + "Posy"));
+  // What others write and read, too.
+  EXPECT_EQ(settings_.ReadLong("/Layouts/Some/PosX", -1), 12);
+  EXPECT_EQ(settings_.ReadLong("/Layouts/Some/Posy", -1), 34);
+  EXPECT_EQ(settings_.ReadLong("/Layouts/Some/Width", -1), 560);
+  EXPECT_EQ(settings_.ReadLong("/Layouts/Some/Height", -1), 780);
+  EXPECT_EQ(settings_.ReadLong("/Layouts/Some/Visible", -1), 0);
+  EXPECT_EQ(settings_.ReadLong("/Layouts/Some/Maximized", -1), 1);
   const LayoutPlan plan = Plan();
   EXPECT_EQ(plan.rect, wxRect(12, 34, 560, 780));
   EXPECT_EQ(plan.visible, false);

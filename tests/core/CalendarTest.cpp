@@ -86,5 +86,14 @@ TEST(Calendar, GivesNoDateForWhatIsNone) {
   }
 }
 
+TEST(Calendar, GivesBackEverySecondOfADay) {
+  for (int second = 0; second < 86400; ++second) {
+    const double julianDate = JulianDateFromCalendar(2024, 6, 21, second / 3600.0, 8.4);
+    const CalendarTime back = CalendarTimeFromJulianDate(julianDate, 8.4);
+    ASSERT_EQ(back.day, 21);
+    ASSERT_EQ((back.hour * 60 + back.minute) * 60 + back.second, second);
+  }
+}
+
 }  // namespace
 }  // namespace qv

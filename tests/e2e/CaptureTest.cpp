@@ -75,6 +75,11 @@ TEST_F(Capture, WritesThePictureAndShowsTheViewAsBefore) {
   ASSERT_TRUE(SettlesTo(kQuarters));
   EXPECT_EQ(LoggedSize(), size);
   EXPECT_EQ(DifferentPixels(before), 0);
+
+  window_->Close();
+  ASSERT_EQ(host_->link().WaitForViewer(kSoon), 0);
+  EXPECT_EQ(ReadTextSetting("/Dirs/Capture"), display_.folder().string());
+  EXPECT_EQ(ReadTextSetting("/Dirs/CaptureFileName"), file_.string());
 }
 
 TEST_F(Capture, ClosedMeanwhileLosesNothing) {

@@ -15,13 +15,7 @@ TEST_F(Picture, ComesUpUprightFromBaseToAntialiased) {
   EXPECT_EQ(LoggedSize(), AreaSize());
 
   // The statistics stand in small white letters at the top left.
-  int white = 0;
-  for (int y = area_.top; y < area_.top + 30; ++y) {
-    for (int x = area_.left; x < area_.left + 300; ++x) {
-      const Colour& c = shot_.At(x, y);
-      white += c.red > 200 && c.green > 200 && c.blue > 200;
-    }
-  }
+  const int white = CountWhite(shot_, {area_.left, area_.top, 300, 30});
   EXPECT_GT(white, 200);
   EXPECT_LT(white, 4500);
 }

@@ -127,6 +127,17 @@ std::optional<Point> FindTool(const Screenshot& shot, int bottom, const std::str
   return found;
 }
 
+int CountWhite(const Screenshot& shot, const Area& part) {
+  int white = 0;
+  for (int y = part.top; y < part.top + part.height; ++y) {
+    for (int x = part.left; x < part.left + part.width; ++x) {
+      const Colour& c = shot.At(x, y);
+      white += c.red > 200 && c.green > 200 && c.blue > 200;
+    }
+  }
+  return white;
+}
+
 std::string NameOf(const Colour& c) {
   const auto over = [](int a, int b) { return a > 40 && a * 2 > b * 3; };
   if (over(c.red, c.green) && over(c.red, c.blue)) return "red";

@@ -19,6 +19,9 @@ struct Point {
 // `bottom`; enabled, disabled or pressed.
 std::optional<Point> FindTool(const Screenshot& shot, int bottom, const std::string& name);
 
+// How many white pixels there are in a part of a picture.
+int CountWhite(const Screenshot& shot, const Area& part);
+
 // "red", "green", "blue", "yellow", or the three numbers of a colour that is none of these.
 std::string NameOf(const Colour& colour);
 

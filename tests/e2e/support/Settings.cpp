@@ -29,4 +29,10 @@ std::optional<long> ReadSetting(const std::string& key) {
   return value;
 }
 
+std::string ReadTextSetting(const std::string& key) {
+  std::string value;
+  UseStore([&](const wxConfig& store) { value = store.Read(key, wxString()).utf8_string(); });
+  return value;
+}
+
 }  // namespace qv::e2e

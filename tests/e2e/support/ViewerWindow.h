@@ -51,7 +51,10 @@ class ViewerWindow {
   static int ToolRows();
   // As a user does who drags a border, and as the button of the title bar does.
   void Resize(int width, int height);
+  void Maximize(bool on);
   void Close();
+  // Whether the toolkit drops that while a dialog is open; elsewhere the dialog goes first.
+  static bool DialogsHoldClose();
   // Clicks the first menu of the menu bar.
   void OpenMenu();
   // Presses and lets go the left button at a point of the window.

@@ -140,6 +140,23 @@ void ViewerWindow::Resize(int width, int height) {
   XFlush(native_->display);
 }
 
+void ViewerWindow::Maximize(bool on) {
+  XEvent event{};
+  event.xclient.type = ClientMessage;
+  event.xclient.window = native_->window;
+  event.xclient.message_type = XInternAtom(native_->display, "_NET_WM_STATE", False);
+  event.xclient.format = 32;
+  event.xclient.data.l[0] = on ? 1 : 0;
+  const char* const kSides[] = {"_NET_WM_STATE_MAXIMIZED_HORZ", "_NET_WM_STATE_MAXIMIZED_VERT"};
+  for (int i = 0; i < 2; ++i) {
+    event.xclient.data.l[1 + i] =
+        static_cast<long>(XInternAtom(native_->display, kSides[i], False));
+  }
+  XSendEvent(native_->display, DefaultRootWindow(native_->display), False,
+             SubstructureNotifyMask | SubstructureRedirectMask, &event);
+  XFlush(native_->display);
+}
+
 void ViewerWindow::Close() {
   XEvent event{};
   event.xclient.type = ClientMessage;
@@ -150,6 +167,10 @@ void ViewerWindow::Close() {
       static_cast<long>(XInternAtom(native_->display, "WM_DELETE_WINDOW", False));
   XSendEvent(native_->display, native_->window, False, NoEventMask, &event);
   XFlush(native_->display);
+}
+
+bool ViewerWindow::DialogsHoldClose() {
+  return true;
 }
 
 void ViewerWindow::Click(int x, int y) {

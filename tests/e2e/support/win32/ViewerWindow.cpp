@@ -178,8 +178,16 @@ void ViewerWindow::Resize(int width, int height) {
                SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+void ViewerWindow::Maximize(bool on) {
+  PostMessageW(native_->window, WM_SYSCOMMAND, on ? SC_MAXIMIZE : SC_RESTORE, 0);
+}
+
 void ViewerWindow::Close() {
   PostMessageW(native_->window, WM_SYSCOMMAND, SC_CLOSE, 0);
+}
+
+bool ViewerWindow::DialogsHoldClose() {
+  return false;
 }
 
 void ViewerWindow::Click(int x, int y) {
