@@ -128,6 +128,7 @@ TEST_F(Frame, ComesBackToItsPlace) {
     ASSERT_NO_FATAL_FAILURE(startAnew());
     ASSERT_TRUE(Eventually(isMaximized, kSoon));
   }
+  std::this_thread::sleep_for(std::chrono::milliseconds(1000));
   window_->Maximize(false);
   expectBack();
   ASSERT_NO_FATAL_FAILURE(startAnew());
