@@ -209,6 +209,8 @@ class MainFrame : public FrameWindow, public IQuorvane, private PanelSite {
   EyeHeightPopUp* eyeHeightPopUp_ = nullptr;  // a window of the frame's
   std::vector<wxDialog*> openDialogs_;        // modal, the innermost last
   std::vector<LightImageSettings> lightSets_;
+  // What the host keeps of the presets, from the end of a scene until the panel has it.
+  std::vector<std::byte> storedPresets_;
   std::unique_ptr<PresetsSite> presetsSite_;
   std::unique_ptr<LightSite> lightSite_;
   PresetsPanel* presetsPanel_ = nullptr;

@@ -175,6 +175,7 @@ void MainFrame::LoadProperties() {
   });
   ReadProperty(*link_, "lightMap_settings", ParseFloat,
                [this](float size) { lightmapMeshSize_ = size; });
+  storedPresets_ = link_->GetProperty("presets").value_or(std::vector<std::byte>());
 }
 
 void MainFrame::ApplyBackground(std::int32_t backgroundType, std::int32_t cubeMapIndex) {

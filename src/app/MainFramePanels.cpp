@@ -82,7 +82,7 @@ void MainFrame::EnablePanels(bool enable) {
 }
 
 void MainFrame::RefillPanels() {
-  presetsPanel_->Load();
+  presetsPanel_->LoadPresets(storedPresets_);
   lightPanel_->ShowValues();
 }
 

@@ -70,11 +70,6 @@ std::vector<HostPage> PresetsSite::GetPages() {
   return link ? link->GetPages() : std::vector<HostPage>();
 }
 
-std::optional<std::vector<std::byte>> PresetsSite::GetProperty(const std::string& name) {
-  auto* link = site_.Link();
-  return link ? link->GetProperty(name) : std::nullopt;
-}
-
 void PresetsSite::SetProperty(const std::string& name, std::span<const std::byte> value) {
   if (auto* link = site_.Link()) link->SetProperty(name, value);
 }

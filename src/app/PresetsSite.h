@@ -25,7 +25,6 @@ class PresetsSite : public PresetsFrame, private CameraStage {
   bool IsCameraLinked() override { return site_.FollowsCamera(); }
   void SendDateTime(int year, int month, int day, int hour, int minute, int second) override;
   std::vector<HostPage> GetPages() override;
-  std::optional<std::vector<std::byte>> GetProperty(const std::string& name) override;
   void SetProperty(const std::string& name, std::span<const std::byte> value) override;
 
   double Now() override;

@@ -50,7 +50,7 @@ bool PresetCreationDialog1::Validate() {
   }
   wxMessageDialog message(this, problem, wxMessageBoxCaptionStr, wxOK);
   showDialog_(message);
-  wxTextCtrl* wrong = name_->IsEmpty() ? name_ : speed_;
+  wxTextCtrl* wrong = problem == _("Invalid preset name.") ? name_ : speed_;
   wrong->SetFocus();
   return false;
 }

@@ -31,7 +31,7 @@ void PresetsPanel::BindCommands() {
   on(kIdAddView, &PresetsEditor::AddView);
   on(kIdRecordPath, &PresetsEditor::ToggleRecording);
   on(kIdImportPages, &PresetsEditor::ImportPages);
-  on(kIdImportPath, &PresetsEditor::ImportPath);
+  on(kIdImportPath, &PresetsEditor::ImportAnimatePath);
 
   const auto onSelected = [this](int id, void (PresetsEditor::*act)(PresetsEditor::Selection)) {
     Bind(
@@ -130,15 +130,23 @@ std::vector<int> PresetsPanel::Selected() const {
   return rows;
 }
 
+// A name that is being written belongs to a row, whose number is about to be another's.
+void PresetsPanel::EndRename() {
+  list_->EndEditLabel(true);
+}
+
 void PresetsPanel::Clear() {
+  EndRename();
   list_->DeleteAllItems();
 }
 
 void PresetsPanel::InsertRow(int row, const wxString& name, PresetIcon icon) {
+  EndRename();
   list_->InsertItem(row, name, static_cast<int>(icon));
 }
 
 void PresetsPanel::RemoveRow(int row) {
+  EndRename();
   list_->DeleteItem(row);
 }
 

@@ -19,7 +19,7 @@ class PresetsPanel : public _PresetsPanel, private PresetRows, private PresetsPr
                ShowDialog showDialog);
 
   // Fetches the list from the host.
-  void Load() { editor_.Load(); }
+  void LoadPresets(std::span<const std::byte> block) { editor_.LoadPresets(block); }
   // After each frame: the camera as it is now, while recording.
   void RecordSample() { editor_.RecordSample(); }
 
@@ -32,6 +32,7 @@ class PresetsPanel : public _PresetsPanel, private PresetRows, private PresetsPr
   void OpenSelected();
   std::vector<int> Selected() const;
 
+  void EndRename();
   void Clear() override;
   void InsertRow(int row, const wxString& name, PresetIcon icon) override;
   void RemoveRow(int row) override;

@@ -28,8 +28,8 @@ class CameraRecorder {
 
  private:
   std::shared_ptr<CameraAnimationPreset> recording_;
-  // Single precision, as the recordings of old: on a machine that has long been up the times of the
-  // keys are shifted by its rounding, all alike.
+  // In single precision: on a machine that has long been up the times of the keys are shifted by
+  // its rounding, all alike.
   float start_ = 0;
 };
 

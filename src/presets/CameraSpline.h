@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <initializer_list>
 #include <vector>
 
 #include "core/Vec.h"
@@ -18,8 +17,6 @@ class CameraSpline {
   // The point at `s`, 0 to 1, between point `segment` and the next. Segments count from 0; the one
   // that begins at the last point is that point alone.
   Vec3 Evaluate(std::size_t segment, float s) const;
-
-  const std::vector<Vec3>& tangents() const { return tangents_; }
 
  private:
   std::vector<Vec3> points_;

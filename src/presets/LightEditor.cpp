@@ -110,7 +110,12 @@ void LightEditor::SliderSet(LightControl control) {
 void LightEditor::TextEntered(LightControl control) {
   const float stored = Value(control);
   const auto entered = ParseText(RangeOf(control), controls_.Text(control));
-  if (!entered || *entered == stored) {
+  const LightRange& range = RangeOf(control);
+  const auto isStored = [&](float value) {
+    return range.showsPosition ? PositionOf(range, value) == PositionOf(range, stored)
+                               : value == stored;
+  };
+  if (!entered || isStored(*entered)) {
     ShowText(control, stored);  // the same value may have been written in another way
     return;
   }

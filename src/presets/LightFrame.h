@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "link/IpcInterfaceApp.h"
+#include "core/LightFactors.h"
 
 namespace qv {
 

@@ -3,6 +3,7 @@
 #include <wx/config.h>
 
 #include <cmath>
+#include <ranges>
 
 namespace qv {
 namespace {
@@ -29,7 +30,7 @@ constexpr const char* kUseSkyColorKey = "UseSkyColorForAmbient";
 constexpr struct {
   const char* plain;
   const char* kept;
-} kEscapes[] = {{"/", "%2F"}, {"\\", "%5C"}};
+} kEscapes[] = {{"%", "%25"}, {"/", "%2F"}, {"\\", "%5C"}};
 
 wxString GroupName(wxString name) {
   for (const auto& [plain, kept] : kEscapes) name.Replace(plain, kept);
@@ -38,8 +39,9 @@ wxString GroupName(wxString name) {
 }
 
 wxString NameOfGroup(wxString group) {
-  for (const auto& [plain, kept] : kEscapes) group.Replace(kept, plain);
   if (group == "%2E" || group == "%2E%2E") group.Replace("%2E", ".");
+  // The escape sign itself comes last.
+  for (const auto& [plain, kept] : std::views::reverse(kEscapes)) group.Replace(kept, plain);
   return group;
 }
 

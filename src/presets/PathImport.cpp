@@ -18,7 +18,7 @@ namespace {
 constexpr double kKeySeconds = 0.5;
 constexpr std::size_t kValues = 6;
 // No path comes near this; it keeps a wrong choice of file from filling the memory.
-constexpr wxFileOffset kLargestFile = 256 << 20;
+constexpr wxFileOffset kLargestFile = 32 << 20;
 
 using Tokens = std::array<std::wstring_view, kValues>;
 

@@ -46,7 +46,9 @@ SunRecord SunOf(const HostPage& page) {
 }  // namespace
 
 void PresetsEditor::ImportPages() {
-  for (const HostPage& page : frame_.GetPages()) {
+  const std::vector<HostPage> pages = frame_.GetPages();
+  if (pages.empty()) return;
+  for (const HostPage& page : pages) {
     std::optional<wxString> name = TextOf(page.name);
     if (HasName(*name)) name = ProposeName(*name, true);
     if (!name) continue;
@@ -57,10 +59,10 @@ void PresetsEditor::ImportPages() {
     Append(std::make_shared<ViewPreset>(*name, LevelPose(camera), 0, frame_.EyeHeight(),
                                         page.hasSunTime, SunOf(page)));
   }
-  Save();
+  SavePresets();
 }
 
-void PresetsEditor::ImportPath() {
+void PresetsEditor::ImportAnimatePath() {
   const auto file = prompts_.ChoosePathFile(settings_.Read(kImportFolderKey, wxString()));
   if (!file) return;
   settings_.Write(kImportFolderKey, wxFileName(*file).GetPath());
@@ -70,12 +72,12 @@ void PresetsEditor::ImportPath() {
     prompts_.ShowMessage(_("Keyframe count must be at least 2."));
     return;
   }
-  const auto answer = AskName(_("Path"), false);
+  const auto answer = AskPresetName(_("Path"), false);
   if (!answer) return;
   auto animation = std::make_shared<CameraAnimationPreset>(answer->name, SunRecord());
   animation->keys = std::move(path.keys);
   Append(std::move(animation));
-  Save();
+  SavePresets();
 }
 
 }  // namespace qv

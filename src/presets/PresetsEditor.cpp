@@ -97,35 +97,34 @@ PresetsEditor::Enabled PresetsEditor::EnabledFor(Selection selected) const {
   return enabled;
 }
 
-void PresetsEditor::Load() {
-  presets_.clear();
+void PresetsEditor::LoadPresets(std::span<const std::byte> block) {
   rows_.Clear();
-  if (const auto block = frame_.GetProperty(kPresetsProperty)) presets_ = ReadPresetBlock(*block);
+  presets_ = ReadPresetBlock(block);
   for (std::size_t row = 0; row < presets_.size(); ++row) {
     rows_.InsertRow(static_cast<int>(row), presets_[row]->name, IconOf(*presets_[row]));
   }
   rows_.FitColumn();
 }
 
-void PresetsEditor::Save() {
+void PresetsEditor::SavePresets() {
   rows_.FitColumn();
   frame_.SetProperty(kPresetsProperty, WritePresetBlock(presets_));
 }
 
 void PresetsEditor::AddView() {
-  const auto answer = AskName(_("View"), false);
+  const auto answer = AskPresetName(_("View"), false);
   if (!answer) return;
   Append(MakeView(answer->name));
-  Save();
+  SavePresets();
 }
 
 void PresetsEditor::InsertView(Selection selected) {
   const std::vector<std::size_t> rows = Present(selected);
   if (rows.empty()) return;
-  const auto answer = AskName(_("View"), false);
+  const auto answer = AskPresetName(_("View"), false);
   if (!answer) return;
   Insert(std::min(rows.front() + 1, presets_.size()), MakeView(answer->name));
-  Save();
+  SavePresets();
 }
 
 void PresetsEditor::UpdateView(Selection selected) {
@@ -133,27 +132,27 @@ void PresetsEditor::UpdateView(Selection selected) {
   auto& view = static_cast<ViewPreset&>(*presets_[Present(selected).front()]);
   view = ViewPreset(view.name, LevelPose(frame_.Stage().Camera()), view.viewFlags, view.eyeHeight,
                     view.hasSunTime, view.sun);
-  Save();
+  SavePresets();
 }
 
 void PresetsEditor::AddKeyframeAnimation(Selection selected) {
   auto views = ChosenViews(selected, _("Some View Presets might not have camera settings.\n  ->"));
   if (!views) return;
-  const auto answer = AskPath(_("Path"));
+  const auto answer = AskPathName(_("Path"));
   if (!answer) return;
   Append(std::make_shared<CameraKeyAnimationPreset>(std::move(*views), answer->speed, answer->name,
                                                     SunRecord(), kStartPause, kEndPause));
-  Save();
+  SavePresets();
 }
 
 void PresetsEditor::AddTour(Selection selected) {
   auto views = ChosenViews(selected, _("Some View Presets have no camera settings.\n  ->"));
   if (!views) return;
-  const auto answer = AskName(_("Path"), false);
+  const auto answer = AskPresetName(_("Path"), false);
   if (!answer) return;
   Append(std::make_shared<TourAnimationPreset>(std::move(*views), answer->name, SunRecord(),
                                                kFirstDwell, kLastDwell, kTravel, kDwell));
-  Save();
+  SavePresets();
 }
 
 std::optional<std::vector<ViewPreset>> PresetsEditor::ChosenViews(
@@ -189,28 +188,28 @@ void PresetsEditor::Explode(Selection selected) {
     Insert(next++, std::move(copy));
   }
   if (next > row) rows_.SelectRow(static_cast<int>(row));
-  Save();
+  SavePresets();
 }
 
 void PresetsEditor::MoveUp(Selection selected) {
   if (!EnabledFor(selected).moveUp) return;
   const std::vector<std::size_t> rows = Present(selected);
   Jump(rows.front() - 1, rows.back());
-  Save();
+  SavePresets();
 }
 
 void PresetsEditor::MoveDown(Selection selected) {
   if (!EnabledFor(selected).moveDown) return;
   const std::vector<std::size_t> rows = Present(selected);
   Jump(rows.back() + 1, rows.front());
-  Save();
+  SavePresets();
 }
 
 void PresetsEditor::Delete(Selection selected) {
   const std::vector<std::size_t> rows = Present(selected);
   if (rows.empty()) return;
   for (auto row = rows.rbegin(); row != rows.rend(); ++row) Erase(*row);
-  Save();
+  SavePresets();
 }
 
 void PresetsEditor::Rename(int row, const wxString& text) {
@@ -246,12 +245,12 @@ void PresetsEditor::ToggleRecording() {
   }
   const auto recording = recorder_.Stop();
   rows_.ShowRecording(false);
-  const auto answer = AskName(_("Path"), true);
+  const auto answer = AskPresetName(_("Path"), true);
   if (!answer) return;
   recording->name = answer->name;
   recording->hasSunTime = answer->recordSun;
   Append(recording);
-  Save();
+  SavePresets();
 }
 
 void PresetsEditor::RecordSample() {
@@ -279,11 +278,11 @@ std::optional<wxString> PresetsEditor::ProposeName(const wxString& base, bool pa
   return std::nullopt;
 }
 
-std::optional<PresetsPrompts::Name> PresetsEditor::AskName(const wxString& base, bool offerSun) {
+std::optional<PresetsPrompts::Name> PresetsEditor::AskPresetName(const wxString& base,
+                                                                 bool offerSun) {
   std::optional<wxString> proposal = ProposeName(base, false);
+  auto offered = offerSun ? std::optional<bool>(ProposedRecordSun(settings_)) : std::nullopt;
   while (proposal) {
-    const auto offered =
-        offerSun ? std::optional<bool>(ProposedRecordSun(settings_)) : std::nullopt;
     auto answer = prompts_.AskName(*proposal, offered);
     if (!answer) return std::nullopt;
     if (!HasName(answer->name)) {
@@ -292,11 +291,12 @@ std::optional<PresetsPrompts::Name> PresetsEditor::AskName(const wxString& base,
     }
     prompts_.ShowMessage(_("Specified name already exists."));
     proposal = answer->name;
+    if (offerSun) offered = answer->recordSun;
   }
   return std::nullopt;
 }
 
-std::optional<PresetsPrompts::Path> PresetsEditor::AskPath(const wxString& base) {
+std::optional<PresetsPrompts::Path> PresetsEditor::AskPathName(const wxString& base) {
   std::optional<wxString> proposal = ProposeName(base, false);
   while (proposal) {
     auto answer = prompts_.AskPath(*proposal);

@@ -41,7 +41,7 @@ class PresetsEditor {
   Enabled EnabledFor(Selection selected) const;
 
   // Fetches the list from the host.
-  void Load();
+  void LoadPresets(std::span<const std::byte> block);
 
   void AddView();
   void InsertView(Selection selected);  // behind the first selected row
@@ -59,7 +59,7 @@ class PresetsEditor {
   // Shows the first selected preset, which takes its time, and tells a linked host the sun's date.
   void Open(Selection selected);
   void ImportPages();
-  void ImportPath();
+  void ImportAnimatePath();
   void ToggleRecording();
   // After each frame: the camera as it is now, while recording.
   void RecordSample();
@@ -71,7 +71,7 @@ class PresetsEditor {
  private:
   class Superseding;
 
-  void Save();
+  void SavePresets();
   void Insert(std::size_t row, PresetPointer preset);
   void Append(PresetPointer preset) { Insert(presets_.size(), std::move(preset)); }
   void Erase(std::size_t row);
@@ -83,8 +83,8 @@ class PresetsEditor {
   std::shared_ptr<ViewPreset> MakeView(const wxString& name) const;
   std::optional<std::vector<ViewPreset>> ChosenViews(Selection selected,
                                                      const wxString& withoutCamera) const;
-  std::optional<PresetsPrompts::Name> AskName(const wxString& base, bool offerSun);
-  std::optional<PresetsPrompts::Path> AskPath(const wxString& base);
+  std::optional<PresetsPrompts::Name> AskPresetName(const wxString& base, bool offerSun);
+  std::optional<PresetsPrompts::Path> AskPathName(const wxString& base);
   CameraRecorder::Sample Sample() const;
 
   PresetsFrame& frame_;

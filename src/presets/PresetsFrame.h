@@ -35,7 +35,6 @@ class PresetsFrame {
   // The host's side.
   virtual void SendDateTime(int year, int month, int day, int hour, int minute, int second) = 0;
   virtual std::vector<HostPage> GetPages() = 0;
-  virtual std::optional<std::vector<std::byte>> GetProperty(const std::string& name) = 0;
   virtual void SetProperty(const std::string& name, std::span<const std::byte> value) = 0;
 };
 

@@ -248,7 +248,7 @@ TEST(LightImageSettings, LieInGroupsOfTheSettingsStore) {
   EXPECT_TRUE(sets[0].useSkyColorForAmbient);
   EXPECT_EQ(sets[0].gamma, 1);
 
-  sets = {{"A/B"}, {".."}, {wxString::FromUTF8("\xE5\xA4\x9C")}};
+  sets = {{"A/B"}, {".."}, {wxString::FromUTF8("\xE5\xA4\x9C")}, {"A%2FB"}};
   sets[1].ambient = 0.05f;
   sets[1].brightness = -0.29f;
   SaveLightImageSettings(settings, sets);
@@ -257,7 +257,7 @@ TEST(LightImageSettings, LieInGroupsOfTheSettingsStore) {
   double ambient = 0;
   EXPECT_TRUE(settings.Read("/Presets/LightImageSettings/%2E%2E/Ambient", &ambient));
   auto again = LoadLightImageSettings(settings);
-  ASSERT_EQ(again.size(), 3u);
+  ASSERT_EQ(again.size(), 4u);
   for (const LightImageSettings& set : sets) {
     const auto found = std::find_if(again.begin(), again.end(),
                                     [&set](const auto& other) { return other.name == set.name; });

@@ -25,7 +25,6 @@ class FakeFrame : public PresetsFrame {
     sentDates.push_back({year, month, day, hour, minute, second});
   }
   std::vector<HostPage> GetPages() override { return pages; }
-  std::optional<std::vector<std::byte>> GetProperty(const std::string&) override { return stored; }
   void SetProperty(const std::string& name, std::span<const std::byte> value) override {
     EXPECT_EQ(name, "presets");
     stored.emplace(value.begin(), value.end());
@@ -81,7 +80,7 @@ class FakePrompts : public PresetsPrompts {
     proposals.push_back(proposal);
     offeredSun = recordSun;
     if (cancel) return std::nullopt;
-    return Name{TakeName(proposal), recordSun.value_or(false)};
+    return Name{TakeName(proposal), tick.value_or(recordSun.value_or(false))};
   }
   std::optional<Path> AskPath(const wxString& proposal) override {
     proposals.push_back(proposal);
@@ -104,7 +103,7 @@ class FakePrompts : public PresetsPrompts {
   bool cancel = false;
   std::deque<wxString> names;
   std::vector<wxString> proposals, messages;
-  std::optional<bool> offeredSun;
+  std::optional<bool> offeredSun, tick;
   std::optional<wxString> file;
   wxString chosenIn;
 };
@@ -134,8 +133,7 @@ class PresetsEditorTest : public testing::Test {
   }
 
   void Load(const std::vector<PresetPointer>& presets) {
-    frame_.stored = WritePresetBlock(presets);
-    editor_.Load();
+    editor_.LoadPresets(WritePresetBlock(presets));
   }
 
   std::string Names() const {
@@ -403,7 +401,7 @@ TEST_F(PresetsEditorTest, ImportsAPathFile) {
   const auto import = [&](const char* text) {
     std::ofstream(file) << text;
     prompts_.file = file.string();
-    editor_.ImportPath();
+    editor_.ImportAnimatePath();
     std::filesystem::remove(file);
   };
   import("1,2,3,4,5,6\n1,2,3,4,5,7\nbroken\n");  // two keys are enough
@@ -419,7 +417,7 @@ TEST_F(PresetsEditorTest, ImportsAPathFile) {
                                    "Keyframe count must be at least 2.",
                                    "Keyframe count must be at least 2."}));
   prompts_.file.reset();
-  editor_.ImportPath();
+  editor_.ImportAnimatePath();
   EXPECT_EQ(frame_.saves, 1);
 }
 
@@ -445,12 +443,18 @@ TEST_F(PresetsEditorTest, RecordsTheCamera) {
   ASSERT_EQ(path.keys.size(), 4u);
   EXPECT_EQ(path.keys[3].time, 3);
 
-  settings_.Write("/Defaults/PresetCreation_RecordTime", false);
+  // A tick that is taken away stays away while another name is asked for, and the next time.
+  prompts_.tick = false;
+  prompts_.names = {"Path1", "Way"};
+  editor_.ToggleRecording();
+  editor_.ToggleRecording();
+  EXPECT_EQ(prompts_.offeredSun, false);
+  EXPECT_FALSE(editor_.presets().back()->hasSunTime);
   editor_.ToggleRecording();
   prompts_.cancel = true;
   editor_.ToggleRecording();
   EXPECT_EQ(prompts_.offeredSun, false);
-  EXPECT_EQ(frame_.saves, 1);
+  EXPECT_EQ(frame_.saves, 2);
 }
 
 TEST(PresetDialogRules, TakeASpeedAboveZeroAndAName) {
