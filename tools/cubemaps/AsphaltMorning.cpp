@@ -1,15 +1,16 @@
+#include <algorithm>
 #include <cmath>
 
 #include "Buildings.h"
 #include "Ground.h"
 #include "Noise.h"
 #include "Place.h"
+#include "Planter.h"
 #include "Plants.h"
 
 namespace qv::cubemaps {
 namespace {
 
-constexpr float kEye = 1.7f;
 constexpr float kWest = -36, kEast = 40, kSouth = -26, kNorth = 33;
 const Vec3 kLawn(0.055f, 0.085f, 0.022f);
 
@@ -59,13 +60,11 @@ void AddVerge(World& world) {
   shape.color = Vec3(0.085f, 0.13f, 0.032f);
   const int grass = AddGrass(world, shape, 11);
   Dice dice(12);
-  for (int x = -58; x < 62; ++x) {
-    for (int y = -48; y < 55; ++y) {
-      const Vec3 p(static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f, 0);
-      const float edge = BeyondEdge(p.x(), p.y());
-      if (edge < 0.4f || edge > 16) continue;
-      world.Place(grass, {p.x(), p.y(), HeightAt(p.x(), p.y())}, dice.Roll(0, 6.28f), 1.25f,
-                  dice.Roll());
+  Planter planter(world, HeightAt, dice);
+  for (float x = -57.5f; x < 62; ++x) {
+    for (float y = -47.5f; y < 55; ++y) {
+      const float edge = BeyondEdge(x, y);
+      if (edge >= 0.4f && edge <= 16) planter.Grass(grass, x, y, 1.25f);
     }
   }
 }
@@ -79,31 +78,23 @@ void AddTrees(World& world) {
   const int bush =
       AddTree(world, {1.8f, 0, 1.1f, 0, 70, 110, 0.08f, 0.34f, {0.055f, 0.092f, 0.026f}}, 24);
   Dice dice(25);
-  const auto place = [&](int kind, float x, float y, float size) {
-    world.Place(kind, {x, y, HeightAt(x, y) - 0.05f}, dice.Roll(0, 6.28f),
-                size * dice.Roll(0.85f, 1.15f), dice.Roll());
-  };
+  Planter planter(world, HeightAt, dice, {0.85f, 1.15f, 0.05f});
   // A row of young trees along the northern kerb, bushes along the western one.
-  for (float x = kWest + 4; x < kEast; x += 9.5f) place(young, x + dice.Roll(-1, 1), kNorth + 3, 1);
-  for (float y = kSouth; y < kNorth; y += 1.25f) place(bush, kWest - 2.2f, y, 1);
-  for (float x = kWest; x < kEast; x += 1.3f) place(bush, x, kSouth - 2.4f, 0.9f);
+  for (float x = kWest + 4; x < kEast; x += 9.5f)
+    planter.Tree(young, x + dice.Roll(-1, 1), kNorth + 3, 1);
+  for (float y = kSouth; y < kNorth; y += 1.25f) planter.Tree(bush, kWest - 2.2f, y, 1);
+  for (float x = kWest; x < kEast; x += 1.3f) planter.Tree(bush, x, kSouth - 2.4f, 0.9f);
   for (int i = 0; i < 70; ++i) {
-    const float angle = dice.Roll(0, 6.2832f);
-    const float r = dice.Roll(62, 175);
-    const float x = r * std::sin(angle);
-    const float y = r * std::cos(angle);
+    const auto [x, y, angle] = SpotByRadius(dice, 62, 175);
     // Towards the sun and the hall the view stays open.
     if (BeyondEdge(x, y) < 14 || Noise(angle * 2.2f, 0, 209) < -0.12f) continue;
-    place(i % 2 ? round : tall, x, y, 1);
+    planter.Tree(i % 2 ? round : tall, x, y, 1);
   }
   // The wood behind all.
   for (int i = 0; i < 1500; ++i) {
-    const float angle = dice.Roll(0, 6.2832f);
-    const float r = dice.Roll(260, 620);
-    const float x = r * std::sin(angle);
-    const float y = r * std::cos(angle);
-    if (Fbm(x / 260, y / 260, 3, 211) < -0.1f) continue;
-    place(i % 3 ? round : tall, x, y, 1.15f);
+    const Spot spot = SpotByRadius(dice, 260, 620);
+    if (Fbm(spot.x / 260, spot.y / 260, 3, 211) < -0.1f) continue;
+    planter.Tree(i % 3 ? round : tall, spot.x, spot.y, 1.15f);
   }
 }
 
@@ -136,30 +127,22 @@ void AddTown(World& world) {
 
 }  // namespace
 
-std::unique_ptr<Place> AsphaltMorning(int rows) {
-  auto place = std::make_unique<Place>();
-  place->name = "asphalt_morning";
-  place->atmosphere = std::make_unique<Atmosphere>(SunAt(24, 118), 1.6f);
-  Weather weather;
-  weather.base = 1250;
-  weather.top = 2050;
-  weather.cover = 0.27f;
-  weather.scale = 2300;
-  weather.veil = 0.22f;
-  weather.seed = 45;
-  place->dome = std::make_unique<Dome>(*place->atmosphere, weather, rows);
-  place->air = {24000};
-  place->exposure = 8.6f;
-  place->white = {0.94f, 1.0f, 1.08f};
-  place->ground = {0.12f, 0.12f, 0.105f};
-  World& world = place->world;
-  AddTerrain(world, HeightAt, 1.0f, 20000, 260, 720, GroundAt);
-  AddKerb(world);
-  AddVerge(world);
-  AddTrees(world);
-  AddTown(world);
-  world.Commit();
-  return place;
+Scenery AsphaltMorning() {
+  return {.sun = SunAt(24, 118),
+          .haze = 1.6f,
+          .weather =
+              {.base = 1250, .top = 2050, .cover = 0.27f, .scale = 2300, .veil = 0.22f, .seed = 45},
+          .air = {24000},
+          .exposure = 8.6f,
+          .white = {0.94f, 1.0f, 1.08f},
+          .ground = {0.12f, 0.12f, 0.105f},
+          .terrain = {HeightAt, 20000, 260, 720, GroundAt},
+          .furnish = [](World& world) {
+            AddKerb(world);
+            AddVerge(world);
+            AddTrees(world);
+            AddTown(world);
+          }};
 }
 
 }  // namespace qv::cubemaps

@@ -1,15 +1,14 @@
 #include <cmath>
 
-#include "Buildings.h"
 #include "Ground.h"
 #include "Noise.h"
 #include "Place.h"
+#include "Planter.h"
 #include "Plants.h"
 
 namespace qv::cubemaps {
 namespace {
 
-constexpr float kEye = 1.7f;
 const Vec3 kGrass(0.23f, 0.26f, 0.095f);
 const Vec3 kSward(0.165f, 0.170f, 0.068f);
 
@@ -53,22 +52,11 @@ void AddMeadow(World& world) {
   shape.dryness = 0.25f;
   const int low = AddGrass(world, shape, 52);
   Dice dice(53);
-  const auto sow = [&](float side, float from, float to, float stretch) {
-    const int count = static_cast<int>(to / side) + 1;
-    for (int i = -count; i <= count; ++i) {
-      for (int j = -count; j <= count; ++j) {
-        const float x = (static_cast<float>(i) + 0.5f) * side;
-        const float y = (static_cast<float>(j) + 0.5f) * side;
-        const float r = std::hypot(x, y);
-        if (r < from || r >= to) continue;
-        const bool tall = Fbm(x / 7, y / 7, 3, 413) + dice.Roll(-0.2f, 0.2f) > 0;
-        world.Place(tall ? high : low, {x, y, HeightAt(x, y)}, dice.Roll(0, 6.28f), side * 1.22f,
-                    dice.Roll(), stretch / side);
-      }
-    }
+  Planter planter(world, HeightAt, dice);
+  const auto grassAt = [&](float x, float y) {
+    return Fbm(x / 7, y / 7, 3, 413) + dice.Roll(-0.2f, 0.2f) > 0 ? high : low;
   };
-  sow(1, 0, 24, 1);
-  sow(2, 24, 90, 1.1f);
+  planter.Meadow(90, grassAt);
 }
 
 void AddTrees(World& world) {
@@ -77,59 +65,46 @@ void AddTrees(World& world) {
       AddTree(world, {18, 1.5f, 3.4f, 1, 420, 110, 0.17f, 0.5f, {0.028f, 0.050f, 0.022f}}, 62);
   const int bush = AddTree(world, {2.4f, 0, 1.6f, 0, 90, 110, 0.10f, 0.42f}, 63);
   Dice dice(64);
-  const auto place = [&](int kind, float x, float y, float size) {
-    world.Place(kind, {x, y, HeightAt(x, y) - 0.1f}, dice.Roll(0, 6.28f),
-                size * dice.Roll(0.8f, 1.2f), dice.Roll());
-  };
-  place(oak, -46, -30, 1.0f);
-  place(oak, 30, 62, 1.1f);
-  place(oak, 44, 70, 0.85f);
+  Planter planter(world, HeightAt, dice, {0.8f, 1.2f, 0.1f});
+  planter.Tree(oak, -46, -30, 1.0f);
+  planter.Tree(oak, 30, 62, 1.1f);
+  planter.Tree(oak, 44, 70, 0.85f);
   for (int i = 0; i < 40; ++i) {
-    const float angle = dice.Roll(0, 6.2832f);
-    const float r = dice.Roll(26, 130);
-    const float x = r * std::sin(angle);
-    const float y = r * std::cos(angle);
+    const Spot spot = SpotByRadius(dice, 26, 130);
     // The view to the setting sun stays open.
-    if (x < -10 && std::abs(y - 0.32f * -x) < 30) continue;
-    place(bush, x, y, 0.9f);
+    if (spot.x < -10 && std::abs(spot.y - 0.32f * -spot.x) < 30) continue;
+    planter.Tree(bush, spot.x, spot.y, 0.9f);
   }
   for (int i = 0; i < 42000; ++i) {
-    const float angle = dice.Roll(0, 6.2832f);
-    const float r = std::sqrt(dice.Roll(130.0f * 130, 2000.0f * 2000));
-    const float x = r * std::sin(angle);
-    const float y = r * std::cos(angle);
-    const float woods = WoodsAt(x, y);
+    const Spot spot = SpotByArea(dice, 130, 2000);
+    const float woods = WoodsAt(spot.x, spot.y);
     if (woods < 0.0f) continue;
-    place(woods > 0.1f || i % 3 ? pine : oak, x, y, 1.1f);
+    planter.Tree(woods > 0.1f || i % 3 ? pine : oak, spot.x, spot.y, 1.1f);
   }
 }
 
 }  // namespace
 
-std::unique_ptr<Place> HillsEvening(int rows) {
-  auto place = std::make_unique<Place>();
-  place->name = "hills_evening";
-  place->atmosphere = std::make_unique<Atmosphere>(SunAt(5.5f, 288), 1.4f);
-  Weather weather;
-  weather.base = 2300;
-  weather.top = 2750;
-  weather.cover = 0.20f;
-  weather.scale = 3000;
-  weather.thickness = 0.011f;
-  weather.veil = 0.5f;
-  weather.veilTurn = 0.2f;
-  weather.seed = 60;
-  place->dome = std::make_unique<Dome>(*place->atmosphere, weather, rows);
-  place->air = {28000, 0.0011f, -75, 26};
-  place->exposure = 14.5f;
-  place->white = {0.93f, 1.0f, 1.10f};
-  place->ground = {0.08f, 0.08f, 0.045f};
-  World& world = place->world;
-  AddTerrain(world, HeightAt, 1.0f, 40000, 460, 1000, GroundAt);
-  AddMeadow(world);
-  AddTrees(world);
-  world.Commit();
-  return place;
+Scenery HillsEvening() {
+  return {.sun = SunAt(5.5f, 288),
+          .haze = 1.4f,
+          .weather = {.base = 2300,
+                      .top = 2750,
+                      .cover = 0.20f,
+                      .scale = 3000,
+                      .thickness = 0.011f,
+                      .veil = 0.5f,
+                      .veilTurn = 0.2f,
+                      .seed = 60},
+          .air = {28000, 0.0011f, -75, 26},
+          .exposure = 14.5f,
+          .white = {0.93f, 1.0f, 1.10f},
+          .ground = {0.08f, 0.08f, 0.045f},
+          .terrain = {HeightAt, 40000, 460, 1000, GroundAt},
+          .furnish = [](World& world) {
+            AddMeadow(world);
+            AddTrees(world);
+          }};
 }
 
 }  // namespace qv::cubemaps

@@ -15,11 +15,11 @@
 namespace qv::cubemaps {
 namespace {
 
-constexpr std::uintmax_t kBudget = 1000 * 1000;  // bytes of one cube map
+constexpr std::uintmax_t kBudget = 1'000'000;  // bytes of one cube map
 
 struct Entry {
   const char* name;
-  std::unique_ptr<Place> (*make)(int rows);
+  Scenery (*scenery)();
 };
 constexpr Entry kPlaces[] = {{"asphalt_morning", AsphaltMorning},
                              {"meadow_noon", MeadowNoon},
@@ -27,8 +27,8 @@ constexpr Entry kPlaces[] = {{"asphalt_morning", AsphaltMorning},
 
 void Paint(const Entry& entry, const std::filesystem::path& folder, int size) {
   // The sky is smooth enough for a little less than a step for each pixel.
-  const std::unique_ptr<Place> place = entry.make(size * 3 / 4);
-  const Painter painter(*place);
+  const Place place(entry.scenery(), size * 3 / 4);
+  const Painter painter(place);
   std::array<std::vector<std::uint8_t>, 6> faces;
   for (int face = 0; face < 6; ++face) {
     faces[static_cast<std::size_t>(face)] = painter.Face(face, size);

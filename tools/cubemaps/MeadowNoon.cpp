@@ -4,12 +4,12 @@
 #include "Ground.h"
 #include "Noise.h"
 #include "Place.h"
+#include "Planter.h"
 #include "Plants.h"
 
 namespace qv::cubemaps {
 namespace {
 
-constexpr float kEye = 1.7f;
 constexpr float kVillageX = -150, kVillageY = 400;
 const Vec3 kGrass(0.092f, 0.138f, 0.040f);
 const Vec3 kSward(0.072f, 0.108f, 0.027f);  // the same from afar, blades and their shadows together
@@ -50,23 +50,12 @@ void AddMeadow(World& world) {
   shape.flowers = 14;
   const int flowery = AddGrass(world, shape, 33);
   Dice dice(34);
-  const auto sow = [&](float side, float from, float to, float stretch) {
-    const int count = static_cast<int>(to / side) + 1;
-    for (int i = -count; i <= count; ++i) {
-      for (int j = -count; j <= count; ++j) {
-        const float x = (static_cast<float>(i) + 0.5f) * side;
-        const float y = (static_cast<float>(j) + 0.5f) * side;
-        const float r = std::hypot(x, y);
-        if (r < from || r >= to) continue;
-        const float kind = Fbm(x / 9, y / 9, 3, 311) + dice.Roll(-0.2f, 0.2f);
-        const int grass = kind > 0.25f ? high : kind < -0.12f ? flowery : plain;
-        world.Place(grass, {x, y, HeightAt(x, y)}, dice.Roll(0, 6.28f), side * 1.22f, dice.Roll(),
-                    stretch / side);
-      }
-    }
+  Planter planter(world, HeightAt, dice);
+  const auto grassAt = [&](float x, float y) {
+    const float kind = Fbm(x / 9, y / 9, 3, 311) + dice.Roll(-0.2f, 0.2f);
+    return kind > 0.25f ? high : kind < -0.12f ? flowery : plain;
   };
-  sow(1, 0, 24, 1);
-  sow(2, 24, 80, 1.1f);
+  planter.Meadow(80, grassAt);
 }
 
 void AddTrees(World& world) {
@@ -78,33 +67,28 @@ void AddTrees(World& world) {
   const int spruce =
       AddTree(world, {17, 1.2f, 3.2f, 1, 420, 110, 0.16f, 0.5f, {0.030f, 0.058f, 0.024f}}, 44);
   Dice dice(45);
-  const auto place = [&](int kind, float x, float y, float size) {
-    world.Place(kind, {x, y, HeightAt(x, y) - 0.1f}, dice.Roll(0, 6.28f),
-                size * dice.Roll(0.82f, 1.18f), dice.Roll());
-  };
+  Planter planter(world, HeightAt, dice, {0.82f, 1.18f, 0.1f});
   // Hedges with single trees: one in the north, one in the east, both a little bent.
   for (float x = -150; x < 130; x += 1.7f) {
     const float y = 74 + 0.0011f * x * x + 2.5f * Noise(x / 12, 0, 313);
-    place(bush, x, y, dice.Roll(0.8f, 1.3f));
-    if (dice.Roll() < 0.05f) place(dice.Roll() < 0.5f ? oak : ash, x, y + 1.5f, 0.9f);
+    planter.Tree(bush, x, y, dice.Roll(0.8f, 1.3f));
+    if (dice.Roll() < 0.05f) planter.Tree(dice.Roll() < 0.5f ? oak : ash, x, y + 1.5f, 0.9f);
   }
   for (float y = -130; y < 70; y += 1.7f) {
     const float x = 96 + 3 * Noise(y / 14, 0, 315);
-    place(bush, x, y, dice.Roll(0.8f, 1.3f));
-    if (dice.Roll() < 0.04f) place(ash, x + 1.5f, y, 0.9f);
+    planter.Tree(bush, x, y, dice.Roll(0.8f, 1.3f));
+    if (dice.Roll() < 0.04f) planter.Tree(ash, x + 1.5f, y, 0.9f);
   }
-  place(oak, -34, 38, 1.0f);
-  place(oak, -58, -42, 1.1f);
-  place(oak, -69, -36, 0.95f);
-  place(ash, 26, -88, 1);
+  planter.Tree(oak, -34, 38, 1.0f);
+  planter.Tree(oak, -58, -42, 1.1f);
+  planter.Tree(oak, -69, -36, 0.95f);
+  planter.Tree(ash, 26, -88, 1);
   for (int i = 0; i < 26000; ++i) {
-    const float angle = dice.Roll(0, 6.2832f);
-    const float r = std::sqrt(dice.Roll(140.0f * 140, 1500.0f * 1500));
-    const float x = r * std::sin(angle);
-    const float y = r * std::cos(angle);
-    const float woods = WoodsAt(x, y);
-    if (woods < 0.0f || std::hypot(x - kVillageX * 0.7f, y - kVillageY * 0.7f) < 190) continue;
-    place(woods > 0.16f && i % 3 ? spruce : i % 2 ? oak : ash, x, y, 1.05f);
+    const Spot spot = SpotByArea(dice, 140, 1500);
+    const float woods = WoodsAt(spot.x, spot.y);
+    const float village = std::hypot(spot.x - kVillageX * 0.7f, spot.y - kVillageY * 0.7f);
+    if (woods < 0.0f || village < 190) continue;
+    planter.Tree(woods > 0.16f && i % 3 ? spruce : i % 2 ? oak : ash, spot.x, spot.y, 1.05f);
   }
 }
 
@@ -145,29 +129,21 @@ void AddVillage(World& world) {
 
 }  // namespace
 
-std::unique_ptr<Place> MeadowNoon(int rows) {
-  auto place = std::make_unique<Place>();
-  place->name = "meadow_noon";
-  place->atmosphere = std::make_unique<Atmosphere>(SunAt(54, 200), 1.1f);
-  Weather weather;
-  weather.base = 1150;
-  weather.top = 2000;
-  weather.cover = 0.44f;
-  weather.scale = 2100;
-  weather.veil = 0.08f;
-  weather.seed = 54;
-  place->dome = std::make_unique<Dome>(*place->atmosphere, weather, rows);
-  place->air = {38000};
-  place->exposure = 6.8f;
-  place->white = {0.98f, 1.0f, 1.03f};
-  place->ground = {0.09f, 0.12f, 0.045f};
-  World& world = place->world;
-  AddTerrain(world, HeightAt, 1.0f, 30000, 420, 900, GroundAt);
-  AddMeadow(world);
-  AddTrees(world);
-  AddVillage(world);
-  world.Commit();
-  return place;
+Scenery MeadowNoon() {
+  return {.sun = SunAt(54, 200),
+          .haze = 1.1f,
+          .weather =
+              {.base = 1150, .top = 2000, .cover = 0.44f, .scale = 2100, .veil = 0.08f, .seed = 54},
+          .air = {38000},
+          .exposure = 6.8f,
+          .white = {0.98f, 1.0f, 1.03f},
+          .ground = {0.09f, 0.12f, 0.045f},
+          .terrain = {HeightAt, 30000, 420, 900, GroundAt},
+          .furnish = [](World& world) {
+            AddMeadow(world);
+            AddTrees(world);
+            AddVillage(world);
+          }};
 }
 
 }  // namespace qv::cubemaps

@@ -38,7 +38,7 @@ float SrgbOf(float v) {
 }  // namespace
 
 Vec3 Painter::Lit(const Hit& hit, const Surface& surface, const Vec3& direction, Dice& dice) const {
-  const Atmosphere& sky = *place_.atmosphere;
+  const Atmosphere& sky = place_.atmosphere;
   const Vec3 origin = hit.position + hit.normal * (1e-3f + hit.distance * 2e-5f);
   const Vec3& n = surface.normal;
 
@@ -53,9 +53,9 @@ Vec3 Painter::Lit(const Hit& hit, const Surface& surface, const Vec3& direction,
   }
 
   // What the ground around sends back, taken as even.
-  const Vec3 lying = place_.ground.cwiseProduct(sky.sunlight() * sky.sun().z() +
-                                                place_.dome->Irradiance(Vec3::UnitZ()));
-  const Vec3 open = place_.dome->Irradiance(n) + lying * (0.5f - 0.5f * n.z());
+  const Vec3 lying = place_.scenery.ground.cwiseProduct(sky.sunlight() * sky.sun().z() +
+                                                        place_.dome.Irradiance(Vec3::UnitZ()));
+  const Vec3 open = place_.dome.Irradiance(n) + lying * (0.5f - 0.5f * n.z());
   const Vec3 around = AroundCosine(n, dice);
   const bool closed = around.dot(hit.normal) > 0
                           ? place_.world.IsBlocked(origin, around, 60)
@@ -70,7 +70,7 @@ Vec3 Painter::Lit(const Hit& hit, const Surface& surface, const Vec3& direction,
     Vec3 mirrored = direction - n * (2 * direction.dot(n));
     const bool up = mirrored.z() > 0;
     const Vec3 seen = up && !place_.world.IsBlocked(origin, mirrored, 400)
-                          ? place_.dome->Skylight(mirrored)
+                          ? place_.dome.Skylight(mirrored)
                           : Vec3(lying / kPi);
     color = Blend(color, seen, std::min(share, 0.9f));
   }
@@ -78,7 +78,7 @@ Vec3 Painter::Lit(const Hit& hit, const Surface& surface, const Vec3& direction,
 }
 
 Vec3 Painter::ThroughAir(const Vec3& color, const Vec3& direction, float distance) const {
-  const Air& air = place_.air;
+  const Air& air = place_.scenery.air;
   // C. Koschmieder, 1924: contrast falls to 2 percent in that distance.
   Vec3 depth = (Vec3::Ones() * 0.55f + kBlueing * 0.45f) * (3.912f * distance / air.visibility);
   if (air.fog > 0) {
@@ -91,7 +91,7 @@ Vec3 Painter::ThroughAir(const Vec3& color, const Vec3& direction, float distanc
   const Vec3 left = (-depth).array().exp();
   const Vec3 level =
       Vec3(direction.x(), direction.y(), std::max(direction.z(), 0.035f)).normalized();
-  const Vec3 haze = place_.atmosphere->Radiance(level);
+  const Vec3 haze = place_.atmosphere.Radiance(level);
   return color.cwiseProduct(left) + haze.cwiseProduct(Vec3::Ones() - left);
 }
 
@@ -99,12 +99,12 @@ Vec3 Painter::Radiance(const Vec3& direction, float pixel, Dice& dice, bool& hit
   Hit where;
   Surface surface;
   hit = place_.world.Find(Vec3::Zero(), direction, pixel, where, surface);
-  if (!hit) return place_.dome->Radiance(direction);
+  if (!hit) return place_.dome.Radiance(direction);
   return ThroughAir(Lit(where, surface, direction, dice), direction, where.distance);
 }
 
 Vec3 Painter::Developed(const Vec3& radiance) const {
-  const Vec3 v = radiance.cwiseProduct(place_.white) * place_.exposure;
+  const Vec3 v = radiance.cwiseProduct(place_.scenery.white) * place_.scenery.exposure;
   return {SrgbOf(Film(v.x())), SrgbOf(Film(v.y())), SrgbOf(Film(v.z()))};
 }
 

@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <numbers>
-#include <utility>
 
 namespace qv::cubemaps {
 
@@ -13,32 +12,11 @@ Vec3 SunAt(float elevation, float azimuth) {
           std::sin(elevation * kDegree)};
 }
 
-void AddTerrain(World& world, const std::function<float(float x, float y)>& height, float nearest,
-                float farthest, int rings, int spokes, Material material) {
-  Mesh mesh;
-  mesh.points.emplace_back(0, 0, height(0, 0));
-  const float growth = std::pow(farthest / nearest, 1 / static_cast<float>(rings - 1));
-  float radius = nearest;
-  for (int ring = 0; ring < rings; ++ring, radius *= growth) {
-    for (int spoke = 0; spoke < spokes; ++spoke) {
-      const float angle =
-          2 * std::numbers::pi_v<float> * static_cast<float>(spoke) / static_cast<float>(spokes);
-      const float x = radius * std::sin(angle);
-      const float y = radius * std::cos(angle);
-      mesh.points.emplace_back(x, y, height(x, y));
-    }
-  }
-  const auto at = [&](int ring, int spoke) {
-    return static_cast<std::uint32_t>(1 + ring * spokes + spoke % spokes);
-  };
-  for (int spoke = 0; spoke < spokes; ++spoke) {
-    mesh.triangles.push_back({0, at(0, spoke), at(0, spoke + 1)});
-    for (int ring = 0; ring + 1 < rings; ++ring) {
-      mesh.triangles.push_back({at(ring, spoke), at(ring + 1, spoke), at(ring + 1, spoke + 1)});
-      mesh.triangles.push_back({at(ring, spoke), at(ring + 1, spoke + 1), at(ring, spoke + 1)});
-    }
-  }
-  world.Place(world.AddPrototype({{std::move(mesh), std::move(material)}}), Vec3::Zero());
+Place::Place(const Scenery& from, int rows)
+    : scenery(from), atmosphere(from.sun, from.haze), dome(atmosphere, from.weather, rows) {
+  AddTerrain(world, scenery.terrain);
+  scenery.furnish(world);
+  world.Commit();
 }
 
 }  // namespace qv::cubemaps

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <functional>
-#include <memory>
-#include <string>
 
 #include "Atmosphere.h"
 #include "Dome.h"
+#include "Terrain.h"
 #include "World.h"
 
 namespace qv::cubemaps {
@@ -18,29 +17,35 @@ struct Air {
   float fogScale = 15;       // metres in which it gets e times thinner
 };
 
-// A place on the earth at some hour: all that its six pictures are painted from.
-struct Place {
-  std::string name;
-  std::unique_ptr<Atmosphere> atmosphere;
-  std::unique_ptr<Dome> dome;
-  World world;
+// What tells one place and hour from another.
+struct Scenery {
+  Vec3 sun{0, 0, 1};  // unit vector to it
+  float haze = 1;     // see Atmosphere
+  Weather weather;
   Air air;
   float exposure = 6;
   Vec3 white{1, 1, 1};               // what each channel is multiplied with, as a camera does
   Vec3 ground{0.14f, 0.14f, 0.11f};  // mean albedo of what lies around
+  Terrain terrain;
+  std::function<void(World& world)> furnish;  // adds what stands on the terrain
 };
 
-// `rows` is the fineness of the sky, see Dome.
-std::unique_ptr<Place> AsphaltMorning(int rows);
-std::unique_ptr<Place> MeadowNoon(int rows);
-std::unique_ptr<Place> HillsEvening(int rows);
+Scenery AsphaltMorning();
+Scenery MeadowNoon();
+Scenery HillsEvening();
 
 // The unit vector to a sun, by degrees above the horizon and clockwise from north.
 Vec3 SunAt(float elevation, float azimuth);
 
-// The ground as rings around the eye, finer near it, from `nearest` metres to `farthest`; the disc
-// inside the first ring too.
-void AddTerrain(World& world, const std::function<float(float x, float y)>& height, float nearest,
-                float farthest, int rings, int spokes, Material material);
+// A place on the earth at some hour: all that its six pictures are painted from.
+struct Place {
+  // `rows` is the fineness of the sky, see Dome.
+  Place(const Scenery& from, int rows);
+
+  const Scenery scenery;
+  const Atmosphere atmosphere;
+  const Dome dome;
+  World world;
+};
 
 }  // namespace qv::cubemaps
