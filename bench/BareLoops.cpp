@@ -59,6 +59,8 @@ BareScene::BareScene(const BenchScene& scene) : device_(rtcNewDevice("")), scene
     scene_.EndMesh();
   }
   scene_.Build(nullptr);
+  // An engine does so before each frame; rays do not meet a scene that was not committed.
+  scene_.CommitForFrame(scene.camera.forward);
 }
 
 BareScene::~BareScene() {

@@ -18,7 +18,7 @@ struct BareRun {
   std::size_t rays = 0;
 };
 
-// A scene built for the ray library alone.
+// A scene built for the ray library alone, and ready for rays.
 class BareScene {
  public:
   explicit BareScene(const BenchScene& scene);

@@ -7,6 +7,7 @@
 #include <sstream>
 #include <utility>
 
+#include "platform/Ids.h"
 #include "platform/PathText.h"
 
 namespace qv::host {
@@ -63,20 +64,25 @@ std::optional<std::string> WholeFile(const fs::path& path) {
   return text.str();
 }
 
+struct Content {
+  std::map<std::string, PropertyStore::Value> values;
+  bool later = false;  // of a version that may mean something else
+};
+
 // Nothing if the text is no property file.
-std::optional<std::map<std::string, PropertyStore::Value>> ValuesIn(const std::string& text) {
+std::optional<Content> ContentOf(const std::string& text) {
   const json document = json::parse(text, nullptr, false);
-  if (!document.is_object() || document.value("format", json()) != kFormatName ||
-      !document.contains("properties") || !document["properties"].is_object()) {
-    return std::nullopt;
-  }
+  if (!document.is_object() || document.value("format", json()) != kFormatName) return std::nullopt;
+  const json version = document.value("version", json());
+  if (version.is_number() && version > kFormatVersion) return Content{{}, true};
+  if (!document.contains("properties") || !document["properties"].is_object()) return std::nullopt;
   std::map<std::string, PropertyStore::Value> values;
   for (const auto& [name, hex] : document["properties"].items()) {
     auto value = hex.is_string() ? BytesOf(hex.get<std::string>()) : std::nullopt;
     if (!value) return std::nullopt;
     values[name] = std::move(*value);
   }
-  return values;
+  return Content{std::move(values), false};
 }
 
 // The later-written file first; files that do not exist come last.
@@ -116,10 +122,13 @@ std::optional<PropertyStore::Value> PropertyStore::Get(const std::string& name) 
 
 bool PropertyStore::Set(const std::string& name, Value value) {
   const std::lock_guard lock(mutex_);
+  Refresh();
   values_[name] = std::move(value);
+  unwritten_.insert(name);
   for (const fs::path& file : {besideModel_, inUserFolder_}) {
     if (!file.empty() && Write(file)) {
       file_ = file;
+      unwritten_.clear();
       return true;
     }
   }
@@ -137,19 +146,36 @@ bool PropertyStore::Read(const fs::path& file) {
     warnings_.push_back("The properties in " + platform::Utf8FromPath(file) + " can't be read.");
     return false;
   }
-  auto values = ValuesIn(*text);
-  if (values) {
-    values_ = std::move(*values);
+  auto content = ContentOf(*text);
+  if (content && !content->later) {
+    values_ = std::move(content->values);
     file_ = file;
     return true;
   }
+  if (content) {
+    SetAside(file, " was written by a later version", ".later");
+  } else {
+    SetAside(file, " holds no properties", ".broken");
+  }
+  return false;
+}
+
+void PropertyStore::SetAside(const fs::path& file, const std::string& what, const char* suffix) {
   fs::path kept = file;
-  kept += ".broken";
+  kept += suffix;
   std::error_code error;
   fs::rename(file, kept, error);
-  warnings_.push_back(platform::Utf8FromPath(file) + " holds no properties" +
+  warnings_.push_back(platform::Utf8FromPath(file) + what +
                       (error ? "." : "; it is now " + platform::Utf8FromPath(kept) + "."));
-  return false;
+}
+
+void PropertyStore::Refresh() {
+  const auto text = WholeFile(file_);
+  const auto content = text ? ContentOf(*text) : std::nullopt;
+  if (!content) return;
+  for (const auto& [name, value] : content->values) {
+    if (unwritten_.count(name) == 0) values_[name] = value;
+  }
 }
 
 bool PropertyStore::Write(const fs::path& file) const {
@@ -162,7 +188,7 @@ bool PropertyStore::Write(const fs::path& file) const {
   std::error_code error;
   if (file == inUserFolder_) fs::create_directories(file.parent_path(), error);
   fs::path fresh = file;
-  fresh += ".new";
+  fresh += '.' + std::to_string(platform::CurrentProcessId()) + ".new";
   std::ofstream text(fresh, std::ios::binary | std::ios::trunc);
   // Names and paths need not be UTF-8.
   text << document.dump(2, ' ', false, json::error_handler_t::replace) << '\n';

@@ -5,6 +5,7 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -13,9 +14,11 @@ namespace qv::host {
 // The named values that the viewer keeps with a model, in a JSON file: beside the model as
 // "<model>.quorvane.json", or, where that can't be written, below `userFolder` under a name made of
 // the model's name and its absolute path. The newer of the two files is read. Each change is
-// written at once, to a file beside that then takes the old one's name. Any thread.
+// written at once, to a file beside that then takes the old one's name; what another program with
+// the same model has written since stays. Any thread.
 //
-// A file that is no property file any more is kept under the name with ".broken" added.
+// A file that is no property file any more, or one of a later version, is kept under the name with
+// ".broken" or ".later" added.
 class PropertyStore {
  public:
   using Value = std::vector<std::byte>;
@@ -35,6 +38,9 @@ class PropertyStore {
   using Path = std::filesystem::path;
 
   bool Read(const Path& file);
+  void SetAside(const Path& file, const std::string& what, const char* suffix);
+  // With the lock held: takes over what is in the file and was not set here since the last writing.
+  void Refresh();
   bool Write(const Path& file) const;
 
   std::string model_;
@@ -43,6 +49,7 @@ class PropertyStore {
   std::vector<std::string> warnings_;
   mutable std::mutex mutex_;
   std::map<std::string, Value> values_;
+  std::set<std::string> unwritten_;
   Path file_;
 };
 

@@ -86,6 +86,29 @@ TEST_F(Properties, DamagedFileIsKeptAsideAndTold) {
   }
 }
 
+TEST_F(Properties, OfALaterVersionAreLeftAlone) {
+  const std::string later =
+      R"({"format": "quorvane properties", "version": 2, "properties": {"gamma": "00"}})";
+  Write("house.ifc.quorvane.json", later);
+  PropertyStore store = Open();
+  EXPECT_FALSE(store.Get("gamma"));
+  EXPECT_EQ(store.warnings().size(), 1u);
+  EXPECT_TRUE(store.Set("gamma", Bytes({1})));
+  EXPECT_EQ(TextOf(sidecar().string() + ".later"), later);
+}
+
+TEST_F(Properties, OfTwoProgramsWithTheSameModelBothStay) {
+  PropertyStore first = Open(), second = Open();
+  EXPECT_TRUE(first.Set("presets", Bytes({1})));
+  EXPECT_TRUE(second.Set("gamma", Bytes({2})));
+  EXPECT_TRUE(first.Set("background", Bytes({3})));
+  EXPECT_EQ(first.Get("gamma"), Bytes({2}));
+  const PropertyStore next = Open();
+  EXPECT_EQ(next.Get("presets"), Bytes({1}));
+  EXPECT_EQ(next.Get("gamma"), Bytes({2}));
+  EXPECT_EQ(next.Get("background"), Bytes({3}));
+}
+
 // A folder of the file's name stands for a place that can't be written, whoever runs the test.
 TEST_F(Properties, GoToTheUsersFolderWhereTheModelsCannotBeWritten) {
   fs::create_directory(sidecar());
