@@ -42,16 +42,15 @@ PresetCreationDialog1::PresetCreationDialog1(wxWindow* parent, const wxString& p
 }
 
 bool PresetCreationDialog1::Validate() {
-  wxString problem;
-  const auto entry = CheckPathEntry(settings_, name_->GetValue(), speed_->GetValue(), problem);
+  EntryFault fault;
+  const auto entry = CheckPathEntry(settings_, name_->GetValue(), speed_->GetValue(), fault);
   if (entry) {
     answer_ = *entry;
     return true;
   }
-  wxMessageDialog message(this, problem, wxMessageBoxCaptionStr, wxOK);
+  wxMessageDialog message(this, fault.message, wxMessageBoxCaptionStr, wxOK);
   showDialog_(message);
-  wxTextCtrl* wrong = problem == _("Invalid preset name.") ? name_ : speed_;
-  wrong->SetFocus();
+  (fault.inName ? name_ : speed_)->SetFocus();
   return false;
 }
 

@@ -20,19 +20,19 @@ wxString ProposedCameraSpeed(const wxConfigBase& settings) {
 }
 
 std::optional<PresetsPrompts::Path> CheckPathEntry(wxConfigBase& settings, const wxString& name,
-                                                   const wxString& speed, wxString& message) {
+                                                   const wxString& speed, EntryFault& fault) {
   double entered = 0;
   if (!speed.ToDouble(&entered) || !(std::abs(entered) <= std::numeric_limits<float>::max())) {
-    message = _("Invalid camera speed.");
+    fault = {_("Invalid camera speed."), false};
     return std::nullopt;
   }
   const float narrowed = static_cast<float>(entered);
   if (narrowed <= 0) {
-    message = _("Camera Speed must be larger than 0.");
+    fault = {_("Camera Speed must be larger than 0."), false};
     return std::nullopt;
   }
   if (name.empty()) {
-    message = _("Invalid preset name.");
+    fault = {_("Invalid preset name."), true};
     return std::nullopt;
   }
   settings.Write(kSpeedKey, entered);

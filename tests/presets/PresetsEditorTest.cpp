@@ -459,19 +459,21 @@ TEST_F(PresetsEditorTest, RecordsTheCamera) {
 TEST(PresetDialogRules, TakeASpeedAboveZeroAndAName) {
   MemorySettings settings;
   EXPECT_EQ(ProposedCameraSpeed(settings), "50.0");
-  wxString message;
+  EntryFault fault;
   const auto messageFor = [&](const char* name, const char* speed) {
-    EXPECT_FALSE(CheckPathEntry(settings, name, speed, message));
-    return message;
+    EXPECT_FALSE(CheckPathEntry(settings, name, speed, fault));
+    return fault.message;
   };
   EXPECT_EQ(messageFor("", "fast"), "Invalid camera speed.");
   EXPECT_EQ(messageFor("", "nan"), "Invalid camera speed.");
   EXPECT_EQ(messageFor("", "1e300"), "Invalid camera speed.");
   EXPECT_EQ(messageFor("", "0"), "Camera Speed must be larger than 0.");
   EXPECT_EQ(messageFor("", "1e-60"), "Camera Speed must be larger than 0.");
+  EXPECT_FALSE(fault.inName);
   EXPECT_EQ(messageFor("", "12.5"), "Invalid preset name.");
+  EXPECT_TRUE(fault.inName);
   EXPECT_EQ(ProposedCameraSpeed(settings), "50.0");
-  const auto entry = CheckPathEntry(settings, "Path1", "12.5", message);
+  const auto entry = CheckPathEntry(settings, "Path1", "12.5", fault);
   ASSERT_TRUE(entry);
   EXPECT_EQ(entry->speed, 12.5f);
   EXPECT_EQ(ProposedCameraSpeed(settings), "12.5");
