@@ -3,7 +3,7 @@
 #include <wx/config.h>
 
 #include <cmath>
-#include <ranges>
+#include <iterator>
 
 namespace qv {
 namespace {
@@ -41,7 +41,9 @@ wxString GroupName(wxString name) {
 wxString NameOfGroup(wxString group) {
   if (group == "%2E" || group == "%2E%2E") group.Replace("%2E", ".");
   // The escape sign itself comes last.
-  for (const auto& [plain, kept] : std::views::reverse(kEscapes)) group.Replace(kept, plain);
+  for (auto escape = std::rbegin(kEscapes); escape != std::rend(kEscapes); ++escape) {
+    group.Replace(escape->kept, escape->plain);
+  }
   return group;
 }
 
