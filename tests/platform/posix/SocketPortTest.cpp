@@ -53,7 +53,8 @@ class HostPort : public testing::Test {
       : host_([this](std::uint32_t number, SharedMemory record) {
           const std::lock_guard<std::mutex> lock(mutex_);
           seen_.push_back(std::to_string(number) + " " + TextOf(record));
-          return number == 9 ? MessageReply{0, RecordOf("answer")} : MessageReply{number * 2, {}};
+          return number == 9 ? MessageReply{0, RecordOf("answer")}
+                             : MessageReply{std::uint64_t{2} * number, {}};
         }) {
     Connect();
   }
