@@ -55,8 +55,10 @@ class ViewerWindow {
   void Close();
   // Whether the toolkit drops that while a dialog is open; elsewhere the dialog goes first.
   static bool DialogsHoldClose();
-  // Clicks the first menu of the menu bar.
-  void OpenMenu();
+  // Opens a menu of the menu bar. What is held stays held. False if the system tells that none is
+  // open.
+  bool OpenMenu();
+  void CloseMenu();
   // Presses and lets go the left button at a point of the window.
   void Click(int x, int y);
   // The parts of such things; points are those of the window and may lie outside of it. A key goes

@@ -10,6 +10,8 @@
 #include <thread>
 #include <utility>
 
+#include "e2e/support/Typing.h"
+
 namespace qv::e2e {
 namespace {
 
@@ -184,8 +186,13 @@ void ViewerWindow::Click(int x, int y) {
   XFlush(native_->display);
 }
 
-void ViewerWindow::OpenMenu() {
+bool ViewerWindow::OpenMenu() {
   Click(kMenuX, kMenuY);
+  return true;
+}
+
+void ViewerWindow::CloseMenu() {
+  PressKey(Key::kEscape);
 }
 
 void ViewerWindow::MovePointer(int x, int y) {
