@@ -116,8 +116,7 @@ class Presets : public ViewerTest {
     ClickPicture(panel, name, panel.Place().height - kUnused, kIcons);
   }
   static void ClickPresetTool(ViewerWindow& panel, const std::string& name) {
-    constexpr int kToolRows = 30;
-    ClickPicture(panel, name, kToolRows, panel.Place().width);
+    ClickPicture(panel, name, ViewerWindow::ToolRows(), panel.Place().width);
   }
 
   // Accepts what a dialog proposes.

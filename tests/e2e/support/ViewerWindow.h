@@ -47,7 +47,9 @@ class ViewerWindow {
   ~ViewerWindow();
 
   Screenshot Shoot() const;
-  // How many of its first rows hold menus, where they are in such a picture, and tools.
+  // How many of its first rows hold menus, none where these are not in such a picture; and how many
+  // rows below these, or at the top of a panel, hold tools.
+  static int MenuRows();
   static int ToolRows();
   // As a user does who drags a border, and as the button of the title bar does.
   void Resize(int width, int height);

@@ -133,8 +133,12 @@ Screenshot ViewerWindow::Shoot() const {
   return shot;
 }
 
+int ViewerWindow::MenuRows() {
+  return 26;
+}
+
 int ViewerWindow::ToolRows() {
-  return 66;
+  return 40;
 }
 
 void ViewerWindow::Resize(int width, int height) {

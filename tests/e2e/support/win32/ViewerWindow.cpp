@@ -177,6 +177,10 @@ Screenshot ViewerWindow::Shoot() const {
   return shot;
 }
 
+int ViewerWindow::MenuRows() {
+  return 0;
+}
+
 int ViewerWindow::ToolRows() {
   return 32;
 }
