@@ -53,6 +53,8 @@ class ViewerWindow {
   static int ToolRows();
   // As a user does who drags a border, and as the button of the title bar does.
   void Resize(int width, int height);
+  // Whether the viewer takes one size soon after another for a drag. Elsewhere the system tells it.
+  static bool ResizesAreDrag();
   void Maximize(bool on);
   void Close();
   // Whether the toolkit drops that while a dialog is open; elsewhere the dialog goes first.

@@ -146,6 +146,10 @@ void ViewerWindow::Resize(int width, int height) {
   XFlush(native_->display);
 }
 
+bool ViewerWindow::ResizesAreDrag() {
+  return true;
+}
+
 void ViewerWindow::Maximize(bool on) {
   XEvent event{};
   event.xclient.type = ClientMessage;

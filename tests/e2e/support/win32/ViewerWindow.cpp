@@ -195,12 +195,18 @@ void ViewerWindow::Resize(int width, int height) {
                SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+bool ViewerWindow::ResizesAreDrag() {
+  return false;
+}
+
 void ViewerWindow::Maximize(bool on) {
   PostMessageW(native_->window, WM_SYSCOMMAND, on ? SC_MAXIMIZE : SC_RESTORE, 0);
 }
 
+// What the button of the title bar comes to. Its own message is dropped while a dialog is open, but
+// this one may come from any program.
 void ViewerWindow::Close() {
-  PostMessageW(native_->window, WM_SYSCOMMAND, SC_CLOSE, 0);
+  PostMessageW(native_->window, WM_CLOSE, 0, 0);
 }
 
 bool ViewerWindow::DialogsHoldClose() {
