@@ -99,7 +99,9 @@ PresetsEditor::Enabled PresetsEditor::EnabledFor(Selection selected) const {
 
 void PresetsEditor::LoadPresets(std::span<const std::byte> block) {
   rows_.Clear();
-  presets_ = ReadPresetBlock(block);
+  presets_.clear();
+  // A host that has kept none yet has no block.
+  if (!block.empty()) presets_ = ReadPresetBlock(block);
   for (std::size_t row = 0; row < presets_.size(); ++row) {
     rows_.InsertRow(static_cast<int>(row), presets_[row]->name, IconOf(*presets_[row]));
   }

@@ -1,5 +1,5 @@
+#include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <set>
 #include <tuple>
 
@@ -14,16 +14,14 @@ std::array<int, 4> Numbers(const Area& area) {
   return {area.left, area.top, area.width, area.height};
 }
 
-// How much a tool stands out from the tool bar: a greyed one less.
-int Contrast(const Screenshot& shot, const Point& middle) {
+// How much colour a tool has: one that is greyed or faded less.
+int ColourOf(const Screenshot& shot, const Point& middle) {
   constexpr int kHalf = 11;
-  const Colour& ground = shot.At(shot.width - 4, middle.y);
   int sum = 0;
   for (int y = middle.y - kHalf; y < middle.y + kHalf; ++y) {
     for (int x = middle.x - kHalf; x < middle.x + kHalf; ++x) {
       const Colour& c = shot.At(x, y);
-      sum += std::abs(c.red - ground.red) + std::abs(c.green - ground.green) +
-             std::abs(c.blue - ground.blue);
+      sum += std::max({c.red, c.green, c.blue}) - std::min({c.red, c.green, c.blue});
     }
   }
   return sum;
@@ -63,7 +61,7 @@ TEST_F(Frame, OffersNothingUntilTheSceneIsComplete) {
   for (const char* tool : {"FlyMode", "AO", "LEM", "Capture", "Reload"}) {
     const auto at = FindTool(complete, FindPicture(complete).top, tool);
     ASSERT_TRUE(at) << tool;
-    EXPECT_GT(Contrast(complete, *at), 1.5 * Contrast(loading, *at)) << tool;
+    EXPECT_GT(ColourOf(complete, *at), 1.5 * ColourOf(loading, *at)) << tool;
   }
 }
 

@@ -59,7 +59,9 @@ class Presets : public ViewerTest {
   }
 
   void TearDown() override {
-    if (program_ && program_.Running()) program_.Kill();
+    // A viewer outlives its host.
+    if (program_ && program_.Running() && window_) window_->Close();
+    if (program_ && !Eventually([this] { return !program_.Running(); }, kSoon)) program_.Kill();
     ViewerTest::TearDown();
   }
 
@@ -114,8 +116,7 @@ class Presets : public ViewerTest {
     ClickPicture(panel, name, panel.Place().height - kUnused, kIcons);
   }
   static void ClickPresetTool(ViewerWindow& panel, const std::string& name) {
-    constexpr int kToolRows = 40;
-    ClickPicture(panel, name, kToolRows, panel.Place().width);
+    ClickPicture(panel, name, ViewerWindow::ToolRows(), panel.Place().width);
   }
 
   // Accepts what a dialog proposes.

@@ -76,10 +76,11 @@ TEST_F(Start, WaitsQuietlyForAHostThatIsNotThere) {
 
   // The pictures of the tools are found wherever the viewer is started, and it goes back there.
   const Screenshot shot = window_->Shoot();
+  const int toolsEnd = ViewerWindow::MenuRows() + ViewerWindow::ToolRows();
   for (const char* tool : {"FlyMode", "CameraLink", "AO", "Background", "Reload"}) {
-    EXPECT_TRUE(FindTool(shot, ViewerWindow::ToolRows(), tool)) << tool;
+    EXPECT_TRUE(FindTool(shot, toolsEnd, tool)) << tool;
   }
-  EXPECT_FALSE(FindTool(shot, ViewerWindow::ToolRows(), "Movie")) << "which is no tool";
+  EXPECT_FALSE(FindTool(shot, toolsEnd, "Movie")) << "which is no tool";
   EXPECT_EQ(WorkingFolder(viewer.id()), elsewhere);
 
   window_->Close();

@@ -25,6 +25,13 @@ void FrameWindow::PostToSelf(std::uint32_t number) {
   ::PostMessageW(GetHWND(), number, 0, 0);
 }
 
+// A queued event wakes the library's own loop alone. While a menu is open, a border is dragged or
+// one of the system's dialogs waits, the library looks for events only when a message comes.
+void FrameWindow::QueueEventAlways(wxEvent* event) {
+  QueueEvent(event);
+  ::PostMessageW(GetHWND(), WM_NULL, 0, 0);
+}
+
 // The library's own yield takes messages that it is not to handle out of the queue and posts them
 // again without their window, so that nobody gets them. Messages that other threads send are
 // handled here too.

@@ -47,16 +47,22 @@ class ViewerWindow {
   ~ViewerWindow();
 
   Screenshot Shoot() const;
-  // How many of its first rows hold menus, where they are in such a picture, and tools.
+  // How many of its first rows hold menus, none where these are not in such a picture; and how many
+  // rows below these, or at the top of a panel, hold tools.
+  static int MenuRows();
   static int ToolRows();
   // As a user does who drags a border, and as the button of the title bar does.
   void Resize(int width, int height);
+  // Whether the viewer takes one size soon after another for a drag. Elsewhere the system tells it.
+  static bool ResizesAreDrag();
   void Maximize(bool on);
   void Close();
   // Whether the toolkit drops that while a dialog is open; elsewhere the dialog goes first.
   static bool DialogsHoldClose();
-  // Clicks the first menu of the menu bar.
-  void OpenMenu();
+  // Opens a menu of the menu bar. What is held stays held. False if the system tells that none is
+  // open.
+  bool OpenMenu();
+  void CloseMenu();
   // Presses and lets go the left button at a point of the window.
   void Click(int x, int y);
   // The parts of such things; points are those of the window and may lie outside of it. A key goes

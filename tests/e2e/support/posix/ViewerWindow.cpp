@@ -10,6 +10,8 @@
 #include <thread>
 #include <utility>
 
+#include "e2e/support/Typing.h"
+
 namespace qv::e2e {
 namespace {
 
@@ -131,13 +133,21 @@ Screenshot ViewerWindow::Shoot() const {
   return shot;
 }
 
+int ViewerWindow::MenuRows() {
+  return 26;
+}
+
 int ViewerWindow::ToolRows() {
-  return 66;
+  return 40;
 }
 
 void ViewerWindow::Resize(int width, int height) {
   XMoveResizeWindow(native_->display, native_->window, 10, 30, width, height);
   XFlush(native_->display);
+}
+
+bool ViewerWindow::ResizesAreDrag() {
+  return true;
 }
 
 void ViewerWindow::Maximize(bool on) {
@@ -184,8 +194,13 @@ void ViewerWindow::Click(int x, int y) {
   XFlush(native_->display);
 }
 
-void ViewerWindow::OpenMenu() {
+bool ViewerWindow::OpenMenu() {
   Click(kMenuX, kMenuY);
+  return true;
+}
+
+void ViewerWindow::CloseMenu() {
+  PressKey(Key::kEscape);
 }
 
 void ViewerWindow::MovePointer(int x, int y) {

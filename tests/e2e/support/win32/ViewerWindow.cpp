@@ -9,6 +9,8 @@
 #include <thread>
 #include <utility>
 
+#include "e2e/support/Typing.h"
+
 namespace qv::e2e {
 namespace {
 
@@ -74,9 +76,6 @@ std::vector<std::uint32_t> ScreenPixels(const RECT& part, int width, int height)
   return pixels;
 }
 
-// A point of the first menu, which lies above what is inside of the window.
-constexpr int kMenuX = 20, kMenuY = -12;
-
 // Waits until the window has taken what was sent before. A key or button may then follow: Wine
 // compares its keys with those of the X server when the pointer comes into a window, and lets go
 // what is held by SendInput alone; it tells a process that asks for a key for a twentieth of a
@@ -85,6 +84,20 @@ void LetInputArrive(HWND window) {
   DWORD_PTR ignored = 0;
   SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 20000, &ignored);
   std::this_thread::sleep_for(std::chrono::milliseconds(100));
+}
+
+// Waits until the window's thread is with a menu, or no more.
+bool AwaitMenu(HWND window, bool open) {
+  const DWORD thread = GetWindowThreadProcessId(window, nullptr);
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (std::chrono::steady_clock::now() < end) {
+    GUITHREADINFO state{};
+    state.cbSize = sizeof(state);
+    const bool told = GetGUIThreadInfo(thread, &state) != 0;
+    if (told && ((state.flags & GUI_INMENUMODE) != 0) == open) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  return false;
 }
 
 // A tool under the pointer looks different.
@@ -164,6 +177,10 @@ Screenshot ViewerWindow::Shoot() const {
   return shot;
 }
 
+int ViewerWindow::MenuRows() {
+  return 0;
+}
+
 int ViewerWindow::ToolRows() {
   return 32;
 }
@@ -178,12 +195,18 @@ void ViewerWindow::Resize(int width, int height) {
                SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+bool ViewerWindow::ResizesAreDrag() {
+  return false;
+}
+
 void ViewerWindow::Maximize(bool on) {
   PostMessageW(native_->window, WM_SYSCOMMAND, on ? SC_MAXIMIZE : SC_RESTORE, 0);
 }
 
+// What the button of the title bar comes to. Its own message is dropped while a dialog is open, but
+// this one may come from any program.
 void ViewerWindow::Close() {
-  PostMessageW(native_->window, WM_SYSCOMMAND, SC_CLOSE, 0);
+  PostMessageW(native_->window, WM_CLOSE, 0, 0);
 }
 
 bool ViewerWindow::DialogsHoldClose() {
@@ -199,8 +222,18 @@ void ViewerWindow::Click(int x, int y) {
   TakePointerAway(native_->window);
 }
 
-void ViewerWindow::OpenMenu() {
-  Click(kMenuX, kMenuY);
+// As Alt and the letter of "Window" do, the only title with one: a click would move the pointer.
+bool ViewerWindow::OpenMenu() {
+  PostMessageW(native_->window, WM_SYSCOMMAND, SC_KEYMENU, 'w');
+  return AwaitMenu(native_->window, true);
+}
+
+// The first Escape leaves the menu bar waiting for a letter.
+void ViewerWindow::CloseMenu() {
+  PressKey(Key::kEscape);
+  LetInputArrive(native_->window);
+  PressKey(Key::kEscape);
+  AwaitMenu(native_->window, false);
 }
 
 void ViewerWindow::MovePointer(int x, int y) {
