@@ -33,8 +33,9 @@ TEST(PixelRays, GiveATileItsLanesRowByRow) {
   alignas(64) LaneFloats direction[3];
   TileDirections(rays, 32, 16, direction);
   for (int lane = 0; lane < kLanes; ++lane) {
-    const float x = 32.0f + static_cast<float>(lane % 8);
-    const float y = 16.0f + static_cast<float>(lane / 8);
+    const int column = lane % 8, row = lane / 8;
+    const float x = 32.0f + static_cast<float>(column);
+    const float y = 16.0f + static_cast<float>(row);
     for (int axis = 0; axis < 3; ++axis) {
       EXPECT_EQ(direction[axis][lane],
                 rays.corner[axis] + x * rays.columnStep[axis] + y * rays.rowStep[axis])

@@ -494,7 +494,7 @@ ReferenceTracer::Texel ReferenceTracer::Bilinear(const TextureMip& mip, double s
       const double fx = x - std::floor(x), fy = y - std::floor(y);
       const double share = (dx == 1 ? fx : 1 - fx) * (dy == 1 ? fy : 1 - fy) / 255;
       const std::uint8_t* bgra =
-          &mip.pixels[static_cast<std::size_t>(row * mip.pitch + column * 4)];
+          mip.pixels.data() + std::ptrdiff_t{row} * mip.pitch + std::ptrdiff_t{column} * 4;
       for (int c = 0; c < 3; ++c) sum.c[c] += share * bgra[2 - c];
       sum.c[3] += share * bgra[3];
     }

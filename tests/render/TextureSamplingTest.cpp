@@ -91,7 +91,7 @@ TEST(SampleBilinear, BlendsNeighboursAndRepeats) {
 
 TEST(SampleBilinear, AgreesWithDoublesAtRandomPlaces) {
   std::mt19937 random(3);
-  std::vector<std::uint8_t> bytes(7 * 5 * 4);
+  std::vector<std::uint8_t> bytes(std::size_t{7} * 5 * 4);
   for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(random());
   const TextureMip mip = MipOf(7, 5, bytes);
   std::uniform_real_distribution<float> place(-3, 3);

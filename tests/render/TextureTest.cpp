@@ -26,9 +26,8 @@ std::vector<Size> MipSizes(const RenderTexture& texture) {
 }
 
 std::vector<int> Bgra(const TextureMip& mip, int column, int row) {
-  const auto offset = static_cast<std::size_t>(row * mip.pitch + column * 4);
-  return {mip.pixels.begin() + static_cast<std::ptrdiff_t>(offset),
-          mip.pixels.begin() + static_cast<std::ptrdiff_t>(offset + 4)};
+  const auto offset = std::ptrdiff_t{row} * mip.pitch + std::ptrdiff_t{column} * 4;
+  return {mip.pixels.begin() + offset, mip.pixels.begin() + offset + 4};
 }
 
 void WriteFile(const std::string& path, const std::string& bytes) {
@@ -184,7 +183,7 @@ TEST(Texture, OutlivesSpoiltFiles) {
   SetLogSink([](LogLevel, const std::string&) {});
   const auto start = std::chrono::steady_clock::now();
   FIBITMAP* bitmap = FreeImage_Allocate(16, 16, 24);
-  for (unsigned i = 0; i < 16; ++i) FreeImage_GetScanLine(bitmap, 3)[3 * i] = 255;
+  for (std::size_t i = 0; i < 16; ++i) FreeImage_GetScanLine(bitmap, 3)[3 * i] = 255;
   for (const char* kind : {"png", "jpg", "bmp", "tga", "gif"}) {
     const std::string path = test::ScratchPath(std::string("spoilt.") + kind);
     const FREE_IMAGE_FORMAT format = FreeImage_GetFIFFromFilename(path.c_str());

@@ -58,7 +58,7 @@ SendOutcome SendToWindow(HWND window, UINT number, WPARAM wParam, const SendEnds
   auto reference = std::make_unique<OutcomeReference>(outcome);
   const auto context = reinterpret_cast<ULONG_PTR>(reference.get());
   if (SendMessageCallbackW(window, number, wParam, 0, TakeResult, context) == 0) return {};
-  reference.release();
+  static_cast<void>(reference.release());
 
   const auto started = steady_clock::now();
   bool waiting = true;

@@ -243,6 +243,9 @@ class HostPort final : public WindowPort {
 
 }  // namespace
 
+// The interface is that of systems that keep what they are given.
+// NOLINTBEGIN(performance-unnecessary-value-param)
+
 std::unique_ptr<MessagePort> MessagePort::Listen(Handler handler, Notify) {
   auto port = std::make_unique<HostPort>(std::move(handler));
   if (!port->usable()) return nullptr;
@@ -255,5 +258,7 @@ std::unique_ptr<MessagePort> MessagePort::Connect(std::uint32_t hostWindow, std:
   const auto window = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(hostWindow));
   return std::make_unique<ViewerPort>(window, processId, ownersPatience);
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 }  // namespace qv::platform

@@ -20,9 +20,9 @@ void ForgetSettings() {
 
 std::filesystem::path MakeFolder() {
   std::error_code error;
-  const std::filesystem::path folder = std::filesystem::temp_directory_path(error) /
-                                       (L"quorvane-e2e-" + std::to_wstring(GetCurrentProcessId()) +
-                                        L"-" + std::to_wstring(GetTickCount64()));
+  std::filesystem::path folder = std::filesystem::temp_directory_path(error) /
+                                 (L"quorvane-e2e-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+                                  std::to_wstring(GetTickCount64()));
   if (error || !std::filesystem::create_directory(folder, error)) return {};
   return folder;
 }

@@ -117,7 +117,7 @@ void SendMouse(DWORD what, int data = 0) {
 void SendKey(HeldKey key, DWORD flags) {
   INPUT input{};
   input.type = INPUT_KEYBOARD;
-  input.ki.wVk = static_cast<WORD>(key);
+  input.ki.wVk = static_cast<unsigned char>(key);
   if (key == kEnter) input.ki.wVk = VK_RETURN;
   if (key == kShift) input.ki.wVk = VK_SHIFT;
   if (key == kControl) input.ki.wVk = VK_CONTROL;
