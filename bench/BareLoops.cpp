@@ -8,8 +8,8 @@
 
 #include "platform/Clock.h"
 #include "platform/Threads.h"
-#include "render/frame/HilbertTiles.h"
 #include "render/frame/PixelRays.h"
+#include "render/frame/TileQueue.h"
 #include "render/trace/FloatingPointMode.h"
 #include "render/trace/PacketBlocks.h"
 #include "render/trace/RayPacket.h"
@@ -71,8 +71,7 @@ BareScene::~BareScene() {
 BareRun BareIntersect(const RenderScene& scene, const RenderCamera& camera, int width, int height,
                       int threads) {
   const PixelRays rays = ComputePixelRays(camera, width, height);
-  const HilbertTiles tiles(width, height);
-  std::atomic<std::int32_t> next{0};
+  TileQueue queue(width, height);
   std::atomic<std::size_t> traced{0};
   BareRun run;
   run.seconds = Timed(threads, [&] {
@@ -81,9 +80,7 @@ BareRun BareIntersect(const RenderScene& scene, const RenderCamera& camera, int 
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
     std::size_t count = 0;
-    for (std::int32_t i = next++; i < tiles.TileCount(); i = next++) {
-      const TilePosition tile = tiles.TileToPosition(i);
-      if (!tiles.Contains(tile)) continue;
+    const auto trace = [&](std::int32_t, const TilePosition& tile) {
       TileDirections(rays, tile.x * kTileSide, tile.y * kTileSide, direction);
       NormaliseDirections(direction);
       for (int block = 0; block < 8; ++block) {
@@ -103,7 +100,9 @@ BareRun BareIntersect(const RenderScene& scene, const RenderCamera& camera, int 
         rtcIntersect8(valid, scene.EmbreeScene(), &context, &query);
         count += 8;
       }
-    }
+      return true;
+    };
+    queue.Drain(trace, [](std::int32_t, std::int32_t) {});
     traced += count;
   });
   run.rays = traced;

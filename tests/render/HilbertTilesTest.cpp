@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "render/frame/HilbertTiles.h"
+#include "render/frame/TileQueue.h"
 
 namespace qv {
 namespace {
@@ -67,6 +67,38 @@ TEST(HilbertTiles, VisitsEachTileOnceAlongNeighbours) {
     if (width == 100) {
       EXPECT_EQ(skipped, 243);
     }
+  }
+}
+
+TEST(TileQueue, HandsOutTheTilesOfThePictureAndPassesTheRestInLargeStretches) {
+  constexpr int kSizes[][2] = {{0, 5}, {1, 1}, {9, 9}, {100, 8}, {8, 100}, {250, 130}, {1280, 720}};
+  for (const auto& [width, height] : kSizes) {
+    TileQueue queue(width, height);
+    const HilbertTiles& tiles = queue.tiles();
+    std::vector<std::int32_t> expected;
+    for (std::int32_t i = 0; i < tiles.TileCount(); ++i) {
+      if (tiles.Contains(tiles.TileToPosition(i))) expected.push_back(i);
+    }
+    std::vector<std::int32_t> handedOut;
+    std::int32_t passed = 0;
+    std::size_t stretches = 0;
+    queue.Drain(
+        [&](std::int32_t i, const TilePosition& p) {
+          const TilePosition known = tiles.TileToPosition(i);
+          EXPECT_TRUE(p.x == known.x && p.y == known.y) << i;
+          handedOut.push_back(i);
+          return true;
+        },
+        [&](std::int32_t first, std::int32_t end) {
+          EXPECT_EQ(first, passed);
+          passed = end;
+          ++stretches;
+        });
+    EXPECT_EQ(handedOut, expected) << width;
+    EXPECT_EQ(passed, tiles.TileCount()) << width;
+    // Of each size at most one row and one column of squares lie along the picture, and a corner.
+    const int outside = 2 * (tiles.TilesX() + tiles.TilesY()) + 3 * tiles.Levels();
+    EXPECT_LE(stretches, expected.size() + static_cast<std::size_t>(outside)) << width;
   }
 }
 

@@ -44,4 +44,16 @@ TilePosition HilbertTiles::TileToPosition(std::int32_t i) const {
   return position;
 }
 
+// The curve leaves no square of 2^k tiles a side, placed at multiples of its side, before all of it
+// was visited.
+std::int32_t HilbertTiles::EndOfOutside(std::int32_t i, const TilePosition& p) const {
+  int level = 0;
+  while (level < levels_) {
+    const int larger = level + 1;
+    if (p.x >> larger << larger < tilesX_ && p.y >> larger << larger < tilesY_) break;
+    level = larger;
+  }
+  return ((i >> 2 * level) + 1) << 2 * level;
+}
+
 }  // namespace qv

@@ -25,6 +25,9 @@ class HilbertTiles {
   std::int32_t TileCount() const { return tileCount_; }
   TilePosition TileToPosition(std::int32_t i) const;
   bool Contains(const TilePosition& p) const { return p.x < tilesX_ && p.y < tilesY_; }
+  // The index behind the stretch of the curve about `i`, whose position is `p`, that lies in a
+  // square outside the picture. p must lie outside.
+  std::int32_t EndOfOutside(std::int32_t i, const TilePosition& p) const;
 
  private:
   std::int32_t tilesX_ = 0;

@@ -1,6 +1,7 @@
 #include "render/frame/TilePass.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -18,10 +19,20 @@ namespace {
 // How far apart the random draws of neighbouring tiles begin.
 constexpr std::uint32_t kDrawsPerTile = 61;
 
+// The share of `count` at the last of that many equal steps that lies from `first` to before `end`,
+// if one does.
+std::optional<float> LastStep(std::int32_t first, std::int32_t end, std::int32_t count,
+                              std::int32_t steps) {
+  const std::int32_t step = std::max(1, count / steps);
+  const std::int32_t reached = (end - 1) / step * step;
+  if (reached < first) return std::nullopt;
+  return static_cast<float>(reached) / static_cast<float>(count);
+}
+
 }  // namespace
 
 TilePass::TilePass(const PassSetup& setup, PacketPool& pool)
-    : setup_(setup), pool_(pool), tiles_(setup.target->width(), setup.target->height()) {}
+    : setup_(setup), pool_(pool), queue_(setup.target->width(), setup.target->height()) {}
 
 void TilePass::Run(int threadCount) {
   std::vector<std::thread> workers;
@@ -41,36 +52,32 @@ void TilePass::Work(int index) {
   const FloatingPointMode mode;
   ShadeThread thread;
   pool_.Refill(index, thread.packets);
-  while (!Abandoned()) {
-    const std::int32_t i = nextTile_.fetch_add(1, std::memory_order_relaxed) + 1;
-    Report(i);
-    TellFraction(i);
-    if (i >= tiles_.TileCount()) break;
-    const TilePosition tile = tiles_.TileToPosition(i);
-    if (!tiles_.Contains(tile) || !IsWanted(tile)) continue;
-    const PacketLease packet(thread.packets);
-    thread.nextDraw = static_cast<std::uint32_t>(i) * kDrawsPerTile;
-    TraceTile(tile, *packet, thread);
-    if (Abandoned()) break;
-    CopyTile(tile, *packet);
-  }
+  queue_.Drain(
+      [&](std::int32_t i, const TilePosition& tile) {
+        if (!Abandoned() && IsWanted(tile)) WorkAt(i, tile, thread);
+        return !Abandoned();
+      },
+      [this](std::int32_t first, std::int32_t end) { Passed(first, end); });
   if (setup_.progress) setup_.progress(0);
 }
 
-void TilePass::Report(std::int32_t tile) const {
-  constexpr std::int32_t kReports = 10;
-  const std::int32_t count = tiles_.TileCount();
-  if (!setup_.progress || tile >= count) return;
-  if (tile % std::max(1, count / kReports) != 0) return;
-  setup_.progress(static_cast<float>(tile) / static_cast<float>(count));
+void TilePass::WorkAt(std::int32_t i, const TilePosition& tile, ShadeThread& thread) {
+  const PacketLease packet(thread.packets);
+  thread.nextDraw = static_cast<std::uint32_t>(i) * kDrawsPerTile;
+  TraceTile(tile, *packet, thread);
+  if (!Abandoned()) CopyTile(tile, *packet);
 }
 
-void TilePass::TellFraction(std::int32_t tile) const {
-  constexpr std::int32_t kSteps = 256;
-  const std::int32_t count = tiles_.TileCount();
-  if (setup_.fraction == nullptr || tile >= count) return;
-  if (tile % std::max(1, count / kSteps) != 0) return;
-  *setup_.fraction = static_cast<float>(tile) / static_cast<float>(count);
+void TilePass::Passed(std::int32_t first, std::int32_t end) const {
+  constexpr std::int32_t kReports = 10;
+  constexpr std::int32_t kFractions = 256;
+  const std::int32_t count = queue_.tiles().TileCount();
+  if (setup_.progress) {
+    if (const auto reached = LastStep(first, end, count, kReports)) setup_.progress(*reached);
+  }
+  if (setup_.fraction != nullptr) {
+    if (const auto reached = LastStep(first, end, count, kFractions)) *setup_.fraction = *reached;
+  }
 }
 
 bool TilePass::Abandoned() const {
@@ -107,6 +114,11 @@ void TilePass::CopyTile(const TilePosition& tile, const RayPacket& packet) const
   const int y0 = tile.y * kTileSide;
   const int columns = std::min(kTileSide, target.width() - x0);
   const int rows = std::min(kTileSide, target.height() - y0);
+  if (columns == kTileSide && rows == kTileSide) {
+    StoreTile(packet.color, target.Row(y0) + static_cast<std::size_t>(x0) * 3,
+              target.pitch() / sizeof(float));
+    return;
+  }
   for (int y = 0; y < rows; ++y) {
     float* to = target.Row(y0 + y) + static_cast<std::size_t>(x0) * 3;
     const int lane = y * kTileSide;

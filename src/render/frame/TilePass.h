@@ -5,8 +5,8 @@
 
 #include "render/RenderModes.h"
 #include "render/frame/EdgeMask.h"
-#include "render/frame/HilbertTiles.h"
 #include "render/frame/RenderTarget.h"
+#include "render/frame/TileQueue.h"
 #include "render/shade/ShadeInputs.h"
 #include "render/shade/ShadeThread.h"
 #include "render/trace/ThreadPackets.h"
@@ -42,8 +42,9 @@ class TilePass {
 
  private:
   void Work(int index);
-  void Report(std::int32_t tile) const;
-  void TellFraction(std::int32_t tile) const;
+  void WorkAt(std::int32_t i, const TilePosition& tile, ShadeThread& thread);
+  // Tells that the tiles from `first` to before `end` are handed out.
+  void Passed(std::int32_t first, std::int32_t end) const;
   bool Abandoned() const;
   // False for a tile without a marked pixel.
   bool IsWanted(const TilePosition& tile) const;
@@ -52,8 +53,7 @@ class TilePass {
 
   const PassSetup& setup_;
   PacketPool& pool_;
-  HilbertTiles tiles_;
-  std::atomic<std::int32_t> nextTile_{-1};
+  TileQueue queue_;
 };
 
 }  // namespace qv

@@ -1,5 +1,7 @@
 #include "render/trace/CubeLookup.h"
 
+#include <cstring>
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "render/trace/CubeLookup.cpp"
 #include <hwy/foreach_target.h>
@@ -71,6 +73,25 @@ void CubeTexels(const LaneFloats (&direction)[3], LaneInts& face, LaneInts& offs
   }
 }
 
+// Blue, green and red of a pixel from its low byte up, as shares of the brightest. Lanes that are
+// off are left alone.
+void PixelColours(const LaneInts& pixel, const LaneInts& mask, LaneFloats (&out)[3]) {
+  const Floats d;
+  const Ints di;
+  const V brightest = hn::Set(d, 255.0f);
+  const I byte = hn::Set(di, 255);
+  for (int i = 0; i < kLanes; i += static_cast<int>(hn::Lanes(d))) {
+    const I word = hn::Load(di, pixel + i);
+    const M off = hn::RebindMask(d, hn::Lt(hn::Load(di, mask + i), hn::Zero(di)));
+    const I channel[3] = {hn::And(hn::ShiftRight<16>(word), byte),
+                          hn::And(hn::ShiftRight<8>(word), byte), hn::And(word, byte)};
+    for (int c = 0; c < 3; ++c) {
+      const V share = hn::Div(hn::ConvertTo(d, channel[c]), brightest);
+      hn::Store(hn::IfThenElse(off, hn::Load(d, out[c] + i), share), d, out[c] + i);
+    }
+  }
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace qv
 HWY_AFTER_NAMESPACE();
@@ -80,6 +101,7 @@ namespace qv {
 namespace {
 
 HWY_EXPORT(CubeTexels);
+HWY_EXPORT(PixelColours);
 
 }  // namespace
 
@@ -88,15 +110,15 @@ void SampleCube(const sky::CubeFaces& faces, const LaneFloats (&direction)[3], c
   alignas(64) LaneInts face;
   alignas(64) LaneInts offset;
   HWY_DYNAMIC_DISPATCH(CubeTexels)(direction, face, offset);
+  alignas(64) LaneInts pixel;
   for (int lane = 0; lane < kLanes; ++lane) {
+    pixel[lane] = 0;
     if (mask[lane] < 0) continue;
     const auto& pixels = faces.pixels[static_cast<std::size_t>(face[lane])];
     const auto first = static_cast<std::size_t>(offset[lane]);
-    const bool present = first + 4 <= pixels.size();
-    for (int c = 0; c < 3; ++c) {
-      out[c][lane] = present ? static_cast<float>(pixels[first + 2 - c]) / 255.0f : 0.0f;
-    }
+    if (first + 4 <= pixels.size()) std::memcpy(&pixel[lane], pixels.data() + first, 4);
   }
+  HWY_DYNAMIC_DISPATCH(PixelColours)(pixel, mask, out);
 }
 
 }  // namespace qv

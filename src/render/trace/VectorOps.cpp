@@ -83,6 +83,18 @@ void TileDirections(const PixelRays& rays, int x, int y, LaneFloats (&direction)
   });
 }
 
+void StoreTile(const LaneFloats (&color)[3], float* rows, std::size_t stride) {
+  const hn::CappedTag<float, kTileSide> d;
+  const auto width = static_cast<int>(hn::Lanes(d));
+  for (int y = 0; y < kTileSide; ++y, rows += stride) {
+    for (int x = 0; x < kTileSide; x += width) {
+      const int lane = y * kTileSide + x;
+      hn::StoreInterleaved3(hn::Load(d, color[0] + lane), hn::Load(d, color[1] + lane),
+                            hn::Load(d, color[2] + lane), d, rows + std::ptrdiff_t{3} * x);
+    }
+  }
+}
+
 void NormaliseDirections(LaneFloats (&v)[3]) {
   const Floats d;
   ForLanes([&](int i) HWY_ATTR {
@@ -240,6 +252,7 @@ HWY_AFTER_NAMESPACE();
 namespace qv {
 
 HWY_EXPORT(TileDirections);
+HWY_EXPORT(StoreTile);
 HWY_EXPORT(NormaliseDirections);
 HWY_EXPORT(NormaliseNormals);
 HWY_EXPORT(DotProducts);
@@ -255,6 +268,10 @@ HWY_EXPORT(VectorInstructionSet);
 
 void TileDirections(const PixelRays& rays, int x, int y, LaneFloats (&direction)[3]) {
   HWY_DYNAMIC_DISPATCH(TileDirections)(rays, x, y, direction);
+}
+
+void StoreTile(const LaneFloats (&color)[3], float* rows, std::size_t stride) {
+  HWY_DYNAMIC_DISPATCH(StoreTile)(color, rows, stride);
 }
 
 void NormaliseDirections(LaneFloats (&v)[3]) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 #include "render/frame/PixelRays.h"
@@ -13,6 +14,10 @@ namespace qv {
 
 // Unnormalised directions of the primary rays of a tile whose first pixel is (x, y).
 void TileDirections(const PixelRays& rays, int x, int y, LaneFloats (&direction)[3]);
+
+// The colours of a whole tile, row by row, into pixels of three floats; rows are `stride` floats
+// apart.
+void StoreTile(const LaneFloats (&color)[3], float* rows, std::size_t stride);
 
 // A vector shorter than 1e-10 becomes (0, 0, 1). All lanes.
 void NormaliseDirections(LaneFloats (&v)[3]);
