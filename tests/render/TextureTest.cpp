@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,8 +29,12 @@ std::vector<int> Bgra(const TextureMip& mip, int column, int row) {
           mip.pixels.begin() + static_cast<std::ptrdiff_t>(offset + 4)};
 }
 
-void WriteFile(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
+// Saves a bitmap as a PNG file, frees it, and gives the path.
+std::string SavePng(FIBITMAP* bitmap) {
+  std::string path = test::ScratchPath("saved.png");
+  EXPECT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), PNG_Z_BEST_SPEED));
+  FreeImage_Unload(bitmap);
+  return path;
 }
 
 TEST(Texture, HalvesItsSidesWhileBothStayAtLeastOne) {
@@ -96,42 +98,29 @@ TEST(Texture, ReadsPalettes) {
   FreeImage_GetScanLine(bitmap, 0)[1] = 1;
   BYTE alphas[] = {255, 128};
   FreeImage_SetTransparencyTable(bitmap, alphas, 2);
-  const std::string path = test::ScratchPath("palette.png");
-  ASSERT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), 0));
-  FreeImage_Unload(bitmap);
-
-  const auto texture = LoadTexture(path);
+  const auto texture = LoadTexture(SavePng(bitmap));
   ASSERT_TRUE(texture);
   EXPECT_TRUE(texture->hasAlpha);
   EXPECT_EQ(Bgra(texture->mips[0], 0, 0), (std::vector<int>{30, 20, 10, 255}));
   EXPECT_EQ(Bgra(texture->mips[0], 1, 0), (std::vector<int>{60, 50, 40, 128}));
 }
 
-TEST(Texture, ReadsSixteenBitGrey) {
+TEST(Texture, ReadsSixteenBits) {
   FIBITMAP* bitmap = FreeImage_AllocateT(FIT_UINT16, 2, 1, 16);
   auto* row = reinterpret_cast<WORD*>(FreeImage_GetScanLine(bitmap, 0));
   row[0] = 0x4080;
   row[1] = 0xC0FF;
-  const std::string path = test::ScratchPath("grey16.png");
-  ASSERT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), 0));
-  FreeImage_Unload(bitmap);
+  const auto grey = LoadTexture(SavePng(bitmap));
+  ASSERT_TRUE(grey);
+  EXPECT_EQ(Bgra(grey->mips[0], 0, 0), (std::vector<int>{0x40, 0x40, 0x40, 255}));
+  EXPECT_EQ(Bgra(grey->mips[0], 1, 0), (std::vector<int>{0xC0, 0xC0, 0xC0, 255}));
 
-  const auto texture = LoadTexture(path);
-  ASSERT_TRUE(texture);
-  EXPECT_EQ(Bgra(texture->mips[0], 0, 0), (std::vector<int>{0x40, 0x40, 0x40, 255}));
-  EXPECT_EQ(Bgra(texture->mips[0], 1, 0), (std::vector<int>{0xC0, 0xC0, 0xC0, 255}));
-}
-
-TEST(Texture, ReadsSixteenBitColours) {
-  FIBITMAP* bitmap = FreeImage_AllocateT(FIT_RGBA16, 1, 1);
+  bitmap = FreeImage_AllocateT(FIT_RGBA16, 1, 1);
   *reinterpret_cast<FIRGBA16*>(FreeImage_GetScanLine(bitmap, 0)) = {0x2080, 0x40FF, 0x6000, 0x8000};
-  const std::string path = test::ScratchPath("rgba16.png");
-  ASSERT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), 0));
-  FreeImage_Unload(bitmap);
-  const auto texture = LoadTexture(path);
-  ASSERT_TRUE(texture);
-  EXPECT_TRUE(texture->hasAlpha);
-  EXPECT_EQ(Bgra(texture->mips[0], 0, 0), (std::vector<int>{0x60, 0x40, 0x20, 0x80}));
+  const auto color = LoadTexture(SavePng(bitmap));
+  ASSERT_TRUE(color);
+  EXPECT_TRUE(color->hasAlpha);
+  EXPECT_EQ(Bgra(color->mips[0], 0, 0), (std::vector<int>{0x60, 0x40, 0x20, 0x80}));
 }
 
 // 8 by 8 pixels of red 200, green 100, blue 50 in four inks, under a name that is not theirs.
@@ -158,7 +147,7 @@ TEST(Texture, ReadsJpegsOfFourInksAndByWhatTheyAreNotByTheirName) {
       0xda, 0x00, 0x0e, 0x04, 0x01, 0x00, 0x02, 0x11, 0x03, 0x11, 0x04, 0x00, 0x00, 0x3f, 0x00,
       0x98, 0x01, 0xe4, 0xc3, 0x58, 0x03, 0xff, 0xd9};
   const std::string path = test::ScratchPath("inks.png");
-  WriteFile(path, std::string(reinterpret_cast<const char*>(bytes), sizeof(bytes)));
+  test::WriteBytes(path, std::string(reinterpret_cast<const char*>(bytes), sizeof(bytes)));
   const auto texture = LoadTexture(path);
   ASSERT_TRUE(texture);
   EXPECT_EQ(MipSizes(*texture).front(), (Size{8, 8}));
@@ -170,10 +159,7 @@ TEST(Texture, ReadsJpegsOfFourInksAndByWhatTheyAreNotByTheirName) {
 // The longest side that is allowed on a narrow strip, in one bit a pixel.
 TEST(Texture, ReadsLongSides) {
   FIBITMAP* bitmap = FreeImage_Allocate(16384, 3, 1);
-  const std::string path = test::ScratchPath("long.png");
-  ASSERT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), 0));
-  FreeImage_Unload(bitmap);
-  const auto texture = LoadTexture(path);
+  const auto texture = LoadTexture(SavePng(bitmap));
   ASSERT_TRUE(texture);
   EXPECT_EQ(MipSizes(*texture), (std::vector<Size>{{16384, 3}, {8192, 1}}));
 }
@@ -191,14 +177,13 @@ TEST(Texture, OutlivesSpoiltFiles) {
     FIBITMAP* eight = FreeImage_ConvertTo8Bits(bitmap);
     ASSERT_TRUE(FreeImage_Save(format, format == FIF_GIF ? eight : bitmap, path.c_str(), 0));
     FreeImage_Unload(eight);
-    std::ifstream in(path, std::ios::binary);
-    const std::string whole{std::istreambuf_iterator<char>(in), {}};
+    const std::string whole = test::ReadBytes(path);
     ASSERT_TRUE(LoadTexture(path)) << kind;
     for (std::size_t at = 0; at < std::min<std::size_t>(whole.size(), 64); ++at) {
       std::string changed = whole;
       changed[at] = static_cast<char>(changed[at] ^ (at % 2 == 0 ? 0xff : 0x40));
       for (const std::string& bytes : {whole.substr(0, at), changed}) {
-        WriteFile(path, bytes);
+        test::WriteBytes(path, bytes);
         const auto texture = LoadTexture(path);
         if (!texture) continue;
         for (const TextureMip& mip : texture->mips) {
@@ -216,10 +201,7 @@ TEST(Texture, OutlivesSpoiltFiles) {
 // 24000 by 24000 texels would need more than 2^31 bytes; as one bit a pixel the file is small.
 TEST(Texture, RefusesMoreTexelsThanCanBeAddressed) {
   FIBITMAP* bitmap = FreeImage_Allocate(24000, 24000, 1);
-  const std::string path = test::ScratchPath("huge.png");
-  ASSERT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), PNG_Z_BEST_SPEED));
-  FreeImage_Unload(bitmap);
-  EXPECT_FALSE(LoadTexture(path));
+  EXPECT_FALSE(LoadTexture(SavePng(bitmap)));
 }
 
 TEST(Texture, MayLieWhereNamesHaveAnyLetters) {
@@ -234,14 +216,12 @@ TEST(Texture, MayLieWhereNamesHaveAnyLetters) {
 }
 
 TEST(Texture, RefusesWhatIsNoImage) {
-  const std::string whole = test::WritePlainPng("whole.png", 64, 64, 1, 2, 3, 4);
-  std::ifstream in(whole, std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(in), {}};
-  WriteFile(test::ScratchPath("cut.png"), bytes.substr(0, bytes.size() / 2));
-  WriteFile(test::ScratchPath("head.png"), bytes.substr(0, 20));
-  WriteFile(test::ScratchPath("empty.png"), "");
-  WriteFile(test::ScratchPath("text.png"), "This is a text.\n");
-  WriteFile(test::ScratchPath("text.unknown"), "This is a text.\n");
+  const std::string bytes = test::ReadBytes(test::WritePlainPng("whole.png", 64, 64, 1, 2, 3, 4));
+  test::WriteBytes(test::ScratchPath("cut.png"), bytes.substr(0, bytes.size() / 2));
+  test::WriteBytes(test::ScratchPath("head.png"), bytes.substr(0, 20));
+  test::WriteBytes(test::ScratchPath("empty.png"), "");
+  test::WriteBytes(test::ScratchPath("text.png"), "This is a text.\n");
+  test::WriteBytes(test::ScratchPath("text.unknown"), "This is a text.\n");
   // A bitmap file of no columns.
   std::string flat(54, '\0');
   flat.replace(0, 2, "BM");
@@ -250,7 +230,7 @@ TEST(Texture, RefusesWhatIsNoImage) {
   flat[22] = 4;
   flat[26] = 1;
   flat[28] = 24;
-  WriteFile(test::ScratchPath("flat.bmp"), flat);
+  test::WriteBytes(test::ScratchPath("flat.bmp"), flat);
   std::filesystem::create_directory(test::ScratchPath("folder.png"));
   for (const char* name : {"cut.png", "head.png", "empty.png", "text.png", "text.unknown",
                            "flat.bmp", "folder.png", "missing.png"}) {

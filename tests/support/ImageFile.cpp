@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <random>
 #include <vector>
 
@@ -36,6 +37,15 @@ std::string ScratchPath(const std::string& name) {
   std::string file = (test == nullptr ? "" : std::string(test->name()) + "-") + name;
   std::replace(file.begin(), file.end(), '/', '-');
   return (folder.path() / file).string();
+}
+
+std::string ReadBytes(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
 }
 
 std::string WritePng(const std::string& name, int width, int height,
