@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <hwy/targets.h>
 
 #include <cmath>
 #include <cstdio>
@@ -61,7 +62,7 @@ MaterialParameters Shiny(const Vec3& diffuse, float reflectance, float glossy = 
 }
 
 MaterialParameters Glass(const Vec3& diffuse, float opacity, float refractiveIndex) {
-  MaterialParameters m = test::Matte(diffuse);
+  MaterialParameters m = Shiny(diffuse, 0);
   m.opacity = opacity;
   m.refractiveIndex = refractiveIndex;
   return m;
@@ -87,7 +88,8 @@ SceneBuilder Room() {
   tiles.specularExponent = 20;
   const int floor = b.Material(tiles);
   const int relief = b.Material(Textured(Waves("relief.png", 48, 16, false), 0.7f));
-  const int leaf = b.Material(Textured(Waves("leaf.png", 32, 32, true)));
+  // Below zero there is no relief.
+  const int leaf = b.Material(Textured(Waves("leaf.png", 32, 32, true), -2));
   const int red = b.Material(Vec3(0.7f, 0.2f, 0.1f));
   const int blue = b.Material(Shiny(Vec3(0.1f, 0.2f, 0.7f), 0));
   const int ball = b.Material(Shiny(Vec3(0.2f, 0.2f, 0.2f), 0.6f));
@@ -341,6 +343,29 @@ TEST_F(Reference, BlursReflectionsAlongTheSameDirections) {
   Compare(BlurredRoom(true), PassFull, false);
   ExpectVisited({"blurred, 1 ray", "blurred, 3 rays", "blurred, 6 rays", "mirror", "into glass",
                  "out of glass"});
+}
+
+// With the packets of eight, whose colours the tests above know to be right.
+TEST_F(Reference, IsMatchedByEachInstructionSet) {
+  const auto use = [](std::int64_t target) {
+    hwy::SetSupportedTargetsForTest(target);
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+  };
+  for (const SceneBuilder& scene : {Room(), BlurredRoom(false)}) {
+    Stage stage(scene, 8);
+    stage.traced.in.factors.useSkyColorForAmbient = true;
+    Colors best;
+    use(0);
+    for (const Vec3& color : stage.traced.Picture(stage.rays, kWidth, kHeight, PassFull)) {
+      best.push_back(color.cast<double>());
+    }
+    for (const std::int64_t target : hwy::SupportedAndGeneratedTargets()) {
+      SCOPED_TRACE(hwy::TargetName(target));
+      use(target);
+      ExpectAgreement(stage, PassFull, true, best);
+      use(0);
+    }
+  }
 }
 
 }  // namespace
