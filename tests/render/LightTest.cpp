@@ -42,6 +42,16 @@ Vec3 LightOn(TracedScene& traced, const Ray& ray, RenderPass pass = PassFull) {
   return traced.Color(ray, pass) - 0.5f * kDiffuse.cwiseProduct(kAmbient);
 }
 
+// The unnormalised cosine, here the height, has to be a tenth of a degree at least.
+TEST(PointLight, IsDarkWhereItGrazes) {
+  const auto redFrom = [](float height) {
+    TracedScene traced(LitFloor(SceneLight::Point(Vec3::Ones(), {0, 0, height + kAbove})));
+    return LightOn(traced, Down(0)).x();
+  };
+  EXPECT_GT(redFrom(0.0019f), 1);
+  EXPECT_NEAR(redFrom(0.0015f), 0, 1e-5f);
+}
+
 TEST(SpotLight, HasAHardEdgeWhenTheConesNearlyCoincide) {
   const SceneLight spot = SceneLight::Spot(Vec3::Ones(), {0, 0, 20}, {0, 0, -1}, 0.49f, 0.5f);
   TracedScene traced(LitFloor(spot));
