@@ -46,31 +46,6 @@ TEST(Log2Table, EndsWhereTexturesEnd) {
   }
 }
 
-TEST(SampleBilinear, BlendsNeighboursAndRepeats) {
-  const TextureMip mip =
-      MipOf(2, 2, {0, 0, 255, 255, 0, 255, 0, 255, 255, 0, 0, 255, 255, 255, 255, 51});
-  struct Case {
-    float s, t;
-    float color[4];
-  };
-  const Case cases[] = {
-      {0, 0, {1, 0, 0, 1}},
-      {0.5f, 0, {0, 1, 0, 1}},
-      {0.25f, 0, {0.5f, 0.5f, 0, 1}},
-      {0.75f, 0, {0.5f, 0.5f, 0, 1}},  // between the last column and the first
-      {-0.25f, 5, {0.5f, 0.5f, 0, 1}},
-      {0, 0.5f, {0, 0, 1, 1}},
-      {0, 0.75f, {0.5f, 0, 0.5f, 1}},
-      {0.25f, 0.25f, {0.5f, 0.5f, 0.5f, 0.8f}},
-      {1, 1, {1, 0, 0, 1}},
-  };
-  for (const Case& c : cases) {
-    const TexelColor color = SampleBilinear(mip, c.s, c.t);
-    for (int i = 0; i < 4; ++i) EXPECT_NEAR(color.c[i], c.color[i], 1e-5f) << c.s << ' ' << c.t;
-    EXPECT_NEAR(SampleAlphaBilinear(mip, c.s, c.t), c.color[3], 1e-5f);
-  }
-}
-
 TEST(SampleBilinear, StaysInsideForCoordinatesWithoutAFraction) {
   for (const auto& [width, height] : {std::pair{1, 1}, std::pair{3, 2}}) {
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(width * height * 4), 9);
