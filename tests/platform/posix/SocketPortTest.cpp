@@ -1,6 +1,7 @@
 #include <dirent.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -13,8 +14,7 @@
 #include "platform/PortThread.h"
 #include "platform/posix/RawPeer.h"
 
-// The wire of the window messages on Linux, against a peer that is spoken by hand. How the bytes of
-// good messages lie is tested with the link.
+// The wire of the window messages on Linux, against a peer that is spoken by hand.
 namespace qv::platform {
 namespace {
 
@@ -23,6 +23,10 @@ using testing::ElementsAre;
 constexpr std::uint32_t kPost = 0, kSend = 1, kReply = 2;
 // Above what Listen takes; tests run side by side.
 const std::uint32_t kWindow = 3000000000 + CurrentProcessId();
+
+std::vector<unsigned char> Bytes(std::initializer_list<int> values) {
+  return {values.begin(), values.end()};
+}
 
 int OpenDescriptors() {
   int count = 0;
@@ -49,7 +53,7 @@ class HostPort : public testing::Test {
       : host_([this](std::uint32_t number, SharedMemory record) {
           const std::lock_guard<std::mutex> lock(mutex_);
           seen_.push_back(std::to_string(number) + " " + TextOf(record));
-          return MessageReply{number * 2, {}};
+          return number == 9 ? MessageReply{0, RecordOf("answer")} : MessageReply{number * 2, {}};
         }) {
     Connect();
   }
@@ -75,12 +79,51 @@ class HostPort : public testing::Test {
   RawPeer viewer_;
 };
 
-TEST_F(HostPort, TakesNoAnswerForThatOfAnotherMessage) {
+TEST_F(HostPort, AnswersByTheBytesOfTheWire) {
+  // kind 1, number 9, wParam 1, lParam 0, serial 0x0102030405060708
+  const int record = MemoryFile("question", 20, true);
+  ASSERT_TRUE(viewer_.Send(Bytes({1, 0, 0, 0, 9, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0,
+                                  0, 0, 0, 0, 0, 0, 0, 0, 8, 7, 6, 5, 4, 3, 2, 1}),
+                           {record}));
+  close(record);
+  const auto answer = viewer_.Receive();
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->bytes, Bytes({2, 0, 0, 0, 9, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0,
+                                  0, 0, 0, 0, 0, 0, 0, 0, 8, 7, 6, 5, 4, 3, 2, 1}));
+  ASSERT_EQ(answer->descriptors.size(), 1u);
+  EXPECT_EQ(TextOf(SharedMemory::Adopt(answer->descriptors[0])), "answer");
+
+  // Without a record wParam is the result.
+  ASSERT_TRUE(viewer_.Send(PacketBytes(kSend, 300, 0, 5)));
+  const auto plain = viewer_.Receive();
+  ASSERT_TRUE(plain);
+  EXPECT_EQ(plain->bytes, PacketBytes(kReply, 300, 600, 5));
+  EXPECT_TRUE(plain->descriptors.empty());
+  EXPECT_THAT(Seen(), ElementsAre("9 question", "300 "));
+}
+
+TEST_F(HostPort, SendsByTheBytesOfTheWire) {
+  host_.port().Post(32978);
+  host_.port().Post(7, RecordOf("posted"));
+  auto packet = viewer_.Receive();
+  ASSERT_TRUE(packet);
+  EXPECT_EQ(packet->bytes, Bytes({0, 0, 0, 0, 0xD2, 0x80, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                                  0, 0, 0, 0, 0,    0,    0, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
+  packet = viewer_.Receive();
+  ASSERT_TRUE(packet);
+  EXPECT_EQ(packet->bytes, PacketBytes(kPost, 7, 1, 0));
+  ASSERT_EQ(packet->descriptors.size(), 1u);
+  struct stat status {};
+  fstat(packet->descriptors[0], &status);
+  EXPECT_EQ(status.st_size, 40);
+  EXPECT_EQ(TextOf(SharedMemory::Adopt(packet->descriptors[0])), "posted");
+
   std::thread answering([this] {
     const auto send = viewer_.Receive();
     ASSERT_TRUE(send);
     std::vector<unsigned char> reply = send->bytes;
-    // One with another number, and one with another serial.
+    EXPECT_EQ(reply[0], 1);
+    // An answer to another message and one with another serial are not taken for it.
     reply[0] = 2;
     reply[8] = 13;
     std::vector<unsigned char> wrong = reply;
