@@ -350,6 +350,7 @@ TEST(HostObjects, AreMadeAnewWhereAKilledHostLeftThem) {
     EXPECT_EQ(status.st_mode & 0777, 0600u);
     ASSERT_EQ(stat(("/dev/shm/QV_Lock2_" + id).c_str(), &status), 0);
     EXPECT_EQ(status.st_size, 4);
+    EXPECT_EQ(status.st_mode & 0777, 0600u);
   }
   for (const std::string name : {"QV_Lock1_", "QV_Lock2_", "QV_Shared1_"}) {
     EXPECT_FALSE(std::filesystem::exists(std::filesystem::path("/dev/shm") / (name + id))) << name;
