@@ -307,6 +307,20 @@ TEST(ViewerPort, OtherThreadsLeaveIncomingSendsToTheOwner) {
   sender.join();
 }
 
+TEST(ViewerPort, LastWordsAreHeardAfterItHasClosed) {
+  RawPeer host;
+  ASSERT_TRUE(host.Listen(kWindow));
+  const auto viewer = MessagePort::Connect(kWindow, 0, {}, {});
+  viewer->Post(32971);
+  viewer->Close();
+  viewer->Post(32969);
+  ASSERT_TRUE(host.Accept());
+  const auto packet = host.Receive();
+  ASSERT_TRUE(packet);
+  EXPECT_EQ(packet->bytes, PacketBytes(kPost, 32971, 0, 0));
+  EXPECT_FALSE(host.Receive());
+}
+
 TEST(ViewerPort, RefusesMoreThanItCanKeepAndAnswersAllTheSame) {
   RawPeer host;
   ASSERT_TRUE(host.Listen(kWindow));
