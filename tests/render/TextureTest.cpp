@@ -24,9 +24,8 @@ std::vector<Size> MipSizes(const RenderTexture& texture) {
 }
 
 std::vector<int> Bgra(const TextureMip& mip, int column, int row) {
-  const auto offset = static_cast<std::size_t>(row * mip.pitch + column * 4);
-  return {mip.pixels.begin() + static_cast<std::ptrdiff_t>(offset),
-          mip.pixels.begin() + static_cast<std::ptrdiff_t>(offset + 4)};
+  const auto texel = mip.pixels.begin() + row * mip.pitch + column * 4;
+  return {texel, texel + 4};
 }
 
 // Saves a bitmap as a PNG file, frees it, and gives the path.
@@ -140,7 +139,7 @@ TEST(Texture, OutlivesSpoiltFiles) {
   SetLogSink([](LogLevel, const std::string&) {});
   const auto start = std::chrono::steady_clock::now();
   FIBITMAP* bitmap = FreeImage_Allocate(16, 16, 24);
-  for (unsigned i = 0; i < 16; ++i) FreeImage_GetScanLine(bitmap, 3)[3 * i] = 255;
+  for (std::size_t i = 0; i < 16; ++i) FreeImage_GetScanLine(bitmap, 3)[3 * i] = 255;
   for (const char* kind : {"png", "jpg", "bmp", "tga", "gif"}) {
     const std::string path = test::ScratchPath(std::string("spoilt.") + kind);
     const FREE_IMAGE_FORMAT format = FreeImage_GetFIFFromFilename(path.c_str());

@@ -2,8 +2,9 @@
 #include <hwy/targets.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
-#include <cstring>
+#include <cstdint>
 #include <limits>
 #include <memory>
 #include <random>
@@ -54,7 +55,8 @@ float Dot(const V& a, const V& b) {
 
 // Equal bits, any NaN being as good as another.
 bool Same(float a, float b) {
-  return (std::isnan(a) && std::isnan(b)) || std::memcmp(&a, &b, sizeof a) == 0;
+  return (std::isnan(a) && std::isnan(b)) ||
+         std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
 }
 
 void ExpectSame(const LaneFloats (&v)[3], int lane, const V& expected) {

@@ -30,7 +30,7 @@ class CubeMaps : public ::testing::Test {
   fs::path WriteFace(const std::string& cubeMap, const std::string& file, int width, int height,
                      RGBQUAD colour, bool noise = false) {
     fs::create_directories(folder_ / cubeMap);
-    const fs::path path = folder_ / cubeMap / file;
+    fs::path path = folder_ / cubeMap / file;
     FIBITMAP* bitmap = FreeImage_Allocate(width, height, 24);
     for (int y = 0; y < height; ++y) {
       BYTE* row = FreeImage_GetScanLine(bitmap, y);
