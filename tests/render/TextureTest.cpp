@@ -24,7 +24,8 @@ std::vector<Size> MipSizes(const RenderTexture& texture) {
 }
 
 std::vector<int> Bgra(const TextureMip& mip, int column, int row) {
-  const auto texel = mip.pixels.begin() + row * mip.pitch + column * 4;
+  const int offset = row * mip.pitch + column * 4;
+  const auto texel = mip.pixels.begin() + offset;
   return {texel, texel + 4};
 }
 

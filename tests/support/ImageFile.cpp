@@ -50,7 +50,7 @@ void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
 
 std::string WritePng(const std::string& name, int width, int height,
                      std::span<const std::uint8_t> rgba) {
-  const std::string path = ScratchPath(name);
+  std::string path = ScratchPath(name);
   FIBITMAP* bitmap = FreeImage_Allocate(width, height, 32);
   const std::uint8_t* from = rgba.data();
   for (int y = height - 1; y >= 0; --y) {
