@@ -59,19 +59,6 @@ TEST(Calendar, TakesTheZoneFromTheLongitude) {
   EXPECT_EQ(zone(180), 12);
 }
 
-TEST(Calendar, GivesBackTheClockOfTheZone) {
-  for (double longitude : {0.0, 13.4, -122.0, 179.0, -179.0}) {
-    for (double hours : {0.25, 6.5, 12.0, 23.75}) {
-      const double julianDate = JulianDateFromCalendar(2006, 2, 28, hours, longitude);
-      const CalendarDate date = CalendarFromJulianDate(julianDate, longitude);
-      EXPECT_EQ(date.year, 2006);
-      EXPECT_EQ(date.month, 2);
-      EXPECT_EQ(date.day, 28);
-      EXPECT_NEAR(date.hours, hours, 1e-7);
-    }
-  }
-}
-
 TEST(Calendar, TurnsBackBeforeTheGregorianDays) {
   const CalendarDate date = CalendarFromJulianDate(2299159.5, 0);
   EXPECT_EQ(date.year, 1582);

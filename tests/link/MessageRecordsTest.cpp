@@ -12,32 +12,6 @@ namespace {
 constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
 
-// Zeros behind the content up to the end of the memory.
-bool Holds(const platform::SharedMemory& record, const RecordBytes& content) {
-  return record &&
-         SameBytes(record.bytes(), RecordBytes(content).Size(record.bytes().size()).bytes());
-}
-
-TEST(MessageRecords, AreLaidOutAsTheHostReadsThem) {
-  EXPECT_TRUE(Holds(MakeCameraRecord({1, 2, 3}, {4, 5, 6}, {7, 8, 9}, 0.5f),
-                    RecordBytes().Floats(0, {1, 2, 3, 4, 5, 6, 7, 8, 9, 0.5f})));
-  EXPECT_TRUE(Holds(MakeDateRecord(2024, 2, 29, 23, 58, 59),
-                    RecordBytes().Ints(0, {2024, 2, 29, 23, 58, 59})));
-  EXPECT_TRUE(Holds(MakePropertyRequest("gamma"), RecordBytes().Int(0, 4).Text(4, "gamma")));
-  const RecordBytes value = RecordBytes().Ints(0, {2, -1});
-  EXPECT_TRUE(Holds(MakePropertyRecord("background", value.bytes(), 20),
-                    RecordBytes().Ints(0, {12, 23, 8}).Text(12, "background").Ints(23, {2, -1})));
-  EXPECT_TRUE(Holds(MakePropertyRecord("", {}, 12), RecordBytes().Ints(0, {12, 13, 0})));
-}
-
-TEST(MessageRecords, HaveRoomForWhatIsInThem) {
-  const std::vector<std::byte> value(100000, std::byte{0xee});
-  const auto record = MakePropertyRecord("presets", value, 12);
-  ASSERT_TRUE(record);
-  ASSERT_GE(record.bytes().size(), 100020u);
-  EXPECT_TRUE(SameBytes(record.bytes().subspan(20, 100000), value));
-}
-
 TEST(PropertyReply, IsCutToTheMemoryThatIsThere) {
   RecordBytes reply;
   reply.Ints(0, {8, 20}).Float(8, 1).Size(28);

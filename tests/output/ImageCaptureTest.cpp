@@ -54,6 +54,7 @@ TEST(ImageCapture, WritesThePictureOfThatSizeAndGivesTheViewBack) {
   renderer.impl.ResizeTargets(kViewWidth, kViewHeight, kSixteenSamples);
   renderer.Run(ViewFrom(30), ModeStill);
   const std::size_t passes = renderer.Passes().size();
+  const std::size_t steps = renderer.Progress().size();
   const std::pair<int, int> sizes[] = {{2, 2}, {61, 43}, {200, 3}};
   for (const char* extension : {".png", ".bmp"}) {
     for (const auto& [width, height] : sizes) {
@@ -74,6 +75,7 @@ TEST(ImageCapture, WritesThePictureOfThatSizeAndGivesTheViewBack) {
   EXPECT_EQ(ReadFile(plain), Expected(30, 20));
 
   EXPECT_EQ(renderer.Passes().size(), passes) << "nobody is told of the capture's pictures";
+  EXPECT_EQ(renderer.Progress().size(), steps);
   EXPECT_FALSE(renderer.impl.Offline());
   renderer.Run(ViewFrom(30), ModeStill);
   EXPECT_EQ(renderer.Screen(), Expected(kViewWidth, kViewHeight, ModeStill));

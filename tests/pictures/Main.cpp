@@ -1,6 +1,6 @@
 // screen_pixels FOLDER MODEL [INSTRUCTIONS]: renders three scenes, a model file's among them, and
 // writes each picture as it would be shown to FOLDER/NAME.ppm, top row first. What two systems
-// write is compared with screen_pixels_compare. They may differ where surfaces lie in each other
+// write is compared byte by byte. They may differ where surfaces lie in each other
 // unless both use the same instructions for rays, such as avx2.
 
 #include <filesystem>

@@ -1,6 +1,5 @@
 #include "pictures/PictureScenes.h"
 
-#include <Eigen/Geometry>
 #include <cstdint>
 #include <iostream>
 #include <memory>
@@ -13,34 +12,13 @@
 namespace qv::test {
 namespace {
 
-RenderCamera LookingAt(const Vec3& from, const Vec3& at, float fieldOfView) {
-  RenderCamera camera;
-  camera.position = from;
-  camera.forward = (at - from).normalized();
-  camera.up = camera.forward.cross(Vec3::UnitZ()).cross(camera.forward).normalized();
-  camera.fieldOfView = fieldOfView;
-  return camera;
-}
-
 // A summer afternoon in the middle of Europe: Julian date of 2024-06-15, 13:30 UT.
 void SetSummerAfternoon(RaytraceImpl& renderer) {
   renderer.SetLocationAndTime(0, 48.1f, 11.6f, 2460477.0625, 1);
 }
 
 bool SendBodies(RaytraceImpl& renderer) {
-  SceneBuilder builder;
-  const int ground = builder.Material(Vec3(0.5f, 0.6f, 0.4f));
-  const int red = builder.Material(Vec3(0.8f, 0.2f, 0.1f));
-  MaterialParameters shiny = Matte(Vec3(0.1f, 0.1f, 0.3f));
-  shiny.specularColor = Vec3::Constant(0.5f);
-  shiny.specularExponent = 30;
-  shiny.reflectance = 0.4f;
-  const int mirror = builder.Material(shiny);
-  builder.Floor(0, 300, ground);
-  builder.Box({-30, -20, 0}, {-5, 10, 35}, red);
-  builder.Sphere({20, 5, 18}, 18, 24, mirror);
-  builder.lights.push_back(SceneLight::Point(Vec3(8, 8, 6), {0, -60, 70}));
-  builder.SendTo(renderer);
+  SmallScene().SendTo(renderer);
   return true;
 }
 

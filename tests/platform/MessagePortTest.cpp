@@ -55,20 +55,6 @@ TEST(MessagePort, PostsArriveInOrderWithTheirRecords) {
               ElementsAre(std::pair(kFirst, -1), std::pair(kFirst + 1, 11), std::pair(kFirst, 12)));
 }
 
-TEST(MessagePort, SendsAreAnsweredWithRecordOrWithNothing) {
-  PortThread host([](std::uint32_t number, SharedMemory record) {
-    MessageReply reply;
-    if (number == kFirst) reply.record = RecordOf(ValueOf(record) + 1);
-    return reply;
-  });
-  const auto viewer = ConnectTo(host);
-  const MessageReply answered = viewer->Send(kFirst, RecordOf(41));
-  EXPECT_EQ(ValueOf(answered.record), 42);
-  const MessageReply nothing = viewer->Send(kFirst + 1, RecordOf(41));
-  EXPECT_FALSE(nothing.record);
-  EXPECT_EQ(nothing.value, 0u);
-}
-
 TEST(MessagePort, AnswersEachOfManyThreadsItsOwn) {
   PortThread host([](std::uint32_t, SharedMemory record) {
     return MessageReply{0, RecordOf(ValueOf(record) * 3)};

@@ -136,40 +136,5 @@ TEST(ComposeImage, HasTheRowPitchOfABottomUpBitmap) {
   }
 }
 
-// Black and white samples on a marked pixel, among plain ones.
-TEST(ComposeImage, TakesTheMeanOfAdjustedSamplesOnMarkedPixels) {
-  for (const int factor : {2, 4, 8}) {
-    RenderTarget base;
-    RenderTarget samples;
-    ASSERT_TRUE(base.Resize(3, 3));
-    ASSERT_TRUE(samples.Resize(3 * factor, 3 * factor));
-    for (int y = 0; y < 3; ++y) std::fill_n(base.Row(y), 9, 0.25f);
-    const std::size_t sample = 3 * (2 * static_cast<std::size_t>(factor) - 1);
-    // One column of samples of pixel (1, 1) holds 0.36, the others 0.
-    for (int y = 0; y < factor; ++y) samples.Row(factor + y)[sample] = 0.36f;
-
-    ScreenImage edges;
-    edges.Resize(3, 3);
-    edges.Row(1)[3] = 255;
-    EdgeMask mask;
-    mask.Resize(3, 3);
-    mask.Mark(edges);
-    ASSERT_TRUE(mask.At(1, 1) && !mask.At(2, 0));
-
-    ScreenImage screen;
-    screen.Resize(3, 3);
-    const auto redAt = [&](const Adjustment& adjustment, std::size_t x, int y) {
-      ComposeAntialiased(base, samples, factor, mask, adjustment, 1, screen);
-      return static_cast<int>(screen.Row(y)[3 * x + 2]);
-    };
-    // Gamma 2: the root of 0.36 is 0.6, and the mean of the roots is 0.6 / factor; the root of the
-    // mean would be 0.6 / sqrt(factor).
-    EXPECT_EQ(redAt(Adjustment(0, 0, 2), 1, 1), 153 / factor);
-    EXPECT_EQ(redAt(Adjustment(0, 0, 2), 2, 0), 127) << "not marked: from the base picture";
-    for (int y = 0; y < factor; ++y) samples.Row(factor + y)[sample] = 4;
-    EXPECT_EQ(redAt(Adjustment(0, 0, 1), 1, 1), 255 / factor) << "limits come before the mean";
-  }
-}
-
 }  // namespace
 }  // namespace qv

@@ -14,13 +14,6 @@ using test::Ray;
 using test::SceneBuilder;
 using test::TracedScene;
 
-// A square about (0, 0, z), as two triangles, that emits downwards or upwards.
-std::vector<float> Square(float side, float z, bool down = true) {
-  const float h = side / 2;
-  if (down) return {-h, -h, z, h, h, z, h, -h, z, -h, -h, z, -h, h, z, h, h, z};
-  return {-h, -h, z, h, -h, z, h, h, z, -h, -h, z, h, h, z, -h, h, z};
-}
-
 RenderLEMLight Sampled(const Vec3& emission, const std::vector<float>& corners) {
   std::vector<RenderLEMLight> lights{RenderLEMLight(emission, corners)};
   SampleLEMLights(lights);
@@ -28,7 +21,8 @@ RenderLEMLight Sampled(const Vec3& emission, const std::vector<float>& corners) 
 }
 
 TEST(LEMLight, ScattersItsSamplesOverItsTriangles) {
-  const RenderLEMLight light = Sampled(Vec3(1, 2, 3), Square(80, 50));
+  const RenderLEMLight light = Sampled(Vec3(1, 2, 3), {-40, -40, 50, 40, 40, 50, 40, -40, 50, -40,
+                                                       -40, 50, -40, 40, 50, 40, 40, 50});
   EXPECT_TRUE(light.power.isApprox(6400 * Vec3(1, 2, 3), 1e-5f));
   EXPECT_NEAR(static_cast<double>(light.samplePositions.size()), 64, 24);
   int quarters[4] = {};
@@ -57,42 +51,6 @@ TEST(LEMLight, MayHaveFewOrNoSamples) {
   EXPECT_LT(Sampled(Vec3::Ones(), {0, 0, 0, 1e6f, 0, 0, 0, 1e-3f, 0}).samplePositions.size(), 500u);
 }
 
-// The light of emitters above a white floor at the origin, without the ambient term.
-class LEMLightOnFloor : public testing::Test {
- protected:
-  LEMLightOnFloor() { builder_.Floor(0, 500, builder_.Material(Vec3::Ones())); }
-
-  Vec3 Light(const std::vector<std::vector<float>>& lights, const Vec3& emission,
-             RenderPass pass = PassFull, bool use = true) {
-    TracedScene traced(builder_);
-    for (const auto& corners : lights) traced.scene.AddLEMLight(emission, corners);
-    traced.scene.Build(nullptr);
-    traced.in.switches.useLEM = use;
-    traced.in.factors.lem = 0.5f;
-    const Ray down{{0, 0, 5}, {0, 0, -1}};
-    const Vec3 lit = traced.Color(down, pass);
-    traced.in.switches.useLEM = false;
-    return lit - traced.Color(down, pass);
-  }
-
-  SceneBuilder builder_;
-};
-
-TEST_F(LEMLightOnFloor, GivesItsWholePowerFromAfar) {
-  const Vec3 emission(10, 20, 40);
-  const Vec3 expected = 0.5f * emission * 64 / (399.9f * 399.9f);
-  EXPECT_TRUE(Light({Square(8, 400)}, emission).isApprox(expected, 2e-3f));
-  EXPECT_EQ(Light({Square(8, 400, false)}, emission), Vec3::Zero()) << "its back is dark";
-  EXPECT_EQ(Light({Square(8, 400)}, emission / 100), Vec3::Zero()) << "negligible";
-  EXPECT_EQ(Light({Square(8, 400)}, emission, PassFull, false), Vec3::Zero());
-  EXPECT_EQ(Light({Square(8, 400)}, emission, PassPreview), Vec3::Zero());
-  EXPECT_TRUE(
-      Light({Square(8, 400), Square(8, 401)}, emission, PassSunPreview).isApprox(expected, 2e-3f));
-  EXPECT_TRUE(Light({Square(8, 400), Square(8, 400)}, emission).isApprox(2 * expected, 2e-3f));
-  builder_.Floor(50, 20, 0);
-  EXPECT_EQ(Light({Square(8, 400)}, emission), Vec3::Zero()) << "in the shadow of a panel";
-}
-
 // The form factor from a point to a parallel rectangle above it, of which one corner stands
 // straight over the point (Howell, A Catalog of Radiation Heat Transfer Configuration Factors,
 // B-4).
@@ -107,12 +65,14 @@ double CornerFactor(double width, double length, double distance) {
 // Light of radiosity 1 over a white floor gives pi times the form factor here. Fifty emitters in
 // the same place share the light, so that the scatter of their samples evens out; each takes up to
 // 64 samples, and the last of more than that are left out.
-TEST_F(LEMLightOnFloor, GivesTheFormFactorOfALargeRectangle) {
+TEST(LEMLight, GivesTheFormFactorOfALargeRectangle) {
   constexpr int kEmitters = 50;
   constexpr float kEmission = 20;
   const std::vector<float> corners{-40, -20, 30, 40,  20, 30, 40, -20, 30,
                                    -40, -20, 30, -40, 20, 30, 40, 20,  30};
-  TracedScene traced(builder_);
+  SceneBuilder builder;
+  builder.Floor(0, 500, builder.Material(Vec3::Ones()));
+  TracedScene traced(builder);
   for (int i = 0; i < kEmitters; ++i) {
     traced.scene.AddLEMLight(Vec3::Constant(kEmission / kEmitters), corners);
   }

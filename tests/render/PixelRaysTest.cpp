@@ -3,7 +3,6 @@
 #include <numbers>
 
 #include "render/frame/PixelRays.h"
-#include "render/trace/VectorOps.h"
 
 namespace qv {
 namespace {
@@ -26,22 +25,6 @@ TEST(PixelRays, GoThroughTheLowerLeftCornersOfPixels) {
   EXPECT_TRUE(rays.Direction(100, 50).isApprox(Vec3(0, 1, 0), 1e-6f));
   EXPECT_TRUE(rays.Direction(101, 51).isApprox(Vec3(0.02f, 1, 0.02f), 1e-6f));
   EXPECT_EQ(Vec3(rays.eye[0], rays.eye[1], rays.eye[2]), Vec3(1, 2, 3));
-}
-
-TEST(PixelRays, GiveATileItsLanesRowByRow) {
-  const PixelRays rays = ComputePixelRays(AlongY(), 37, 21);
-  alignas(64) LaneFloats direction[3];
-  TileDirections(rays, 32, 16, direction);
-  for (int lane = 0; lane < kLanes; ++lane) {
-    const int column = lane % 8, row = lane / 8;
-    const float x = 32.0f + static_cast<float>(column);
-    const float y = 16.0f + static_cast<float>(row);
-    for (int axis = 0; axis < 3; ++axis) {
-      EXPECT_EQ(direction[axis][lane],
-                rays.corner[axis] + x * rays.columnStep[axis] + y * rays.rowStep[axis])
-          << lane;
-    }
-  }
 }
 
 }  // namespace

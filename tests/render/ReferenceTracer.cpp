@@ -29,6 +29,18 @@ V TurnedFromUp(const V& v, const V& to) {
   return Eigen::AngleAxisd(std::atan2(sine, to.z()), axis / sine) * v;
 }
 
+// Calls take(column, row, share) for the four texels around a place.
+template <class Take>
+void ForNeighbours(double x, double y, const Take& take) {
+  const double fx = x - std::floor(x), fy = y - std::floor(y);
+  for (int dy = 0; dy < 2; ++dy) {
+    for (int dx = 0; dx < 2; ++dx) {
+      take(static_cast<int>(x) + dx, static_cast<int>(y) + dy,
+           (dx == 1 ? fx : 1 - fx) * (dy == 1 ? fy : 1 - fy));
+    }
+  }
+}
+
 bool AnyReaches(const V& light, double least) {
   return light.maxCoeff() >= least;
 }
@@ -120,6 +132,14 @@ void ReferenceTracer::Trace(Path& path) const {
   path.origin += (path.t - 0.1) * path.direction;
 }
 
+// Textures begin at the top.
+Eigen::Vector2d ReferenceTracer::PlaceOnTexture(const Hit& hit, int side) {
+  const auto& uv = hit.triangle->uv[side];
+  const double w = 1 - hit.u - hit.v;
+  return {w * uv[0][0] + hit.u * uv[1][0] + hit.v * uv[2][0],
+          1 - (w * uv[0][1] + hit.u * uv[1][1] + hit.v * uv[2][1])};
+}
+
 double ReferenceTracer::Light(const V& origin, const V& direction, double reach) {
   double left = 1;
   Hit hit;
@@ -129,13 +149,9 @@ double ReferenceTracer::Light(const V& origin, const V& direction, double reach)
     double opacity = material.opacity;
     if (material.hasTexture && material.texture.hasAlpha) {
       Visit("shadow of an alpha texture");
-      const auto& uv = triangle.uv[0];
-      const double w = 1 - hit.u - hit.v;
       const double footprint = traced_.in.footprintScale * hit.t * triangle.texels[0];
-      opacity *=
-          Blend(material.texture, footprint, w * uv[0][0] + hit.u * uv[1][0] + hit.v * uv[2][0],
-                1 - (w * uv[0][1] + hit.u * uv[1][1] + hit.v * uv[2][1]))
-              .c[3];
+      const Eigen::Vector2d place = PlaceOnTexture(hit, 0);
+      opacity *= Blend(material.texture, footprint, place.x(), place.y()).c[3];
     }
     left *= 1 - opacity;
     if (left < 0.01) return 0;
@@ -240,10 +256,8 @@ ReferenceTracer::Surface ReferenceTracer::Fetch(Path& path, bool forceMirror) {
 void ReferenceTracer::FetchTexture(const Path& path, Surface& s) {
   const Triangle& triangle = *path.hit.triangle;
   const RenderTexture& texture = traced_.scene.Materials()[triangle.material[s.side]].texture;
-  const double w = 1 - path.hit.u - path.hit.v;
-  const auto& uv = triangle.uv[s.side];
-  const double u = w * uv[0][0] + path.hit.u * uv[1][0] + path.hit.v * uv[2][0];
-  const double v = 1 - (w * uv[0][1] + path.hit.u * uv[1][1] + path.hit.v * uv[2][1]);
+  const Eigen::Vector2d place = PlaceOnTexture(path.hit, s.side);
+  const double u = place.x(), v = place.y();
   const double footprint = s.incidence == 0 ? 3.40282347e+38
                                             : traced_.in.footprintScale * path.distance *
                                                   triangle.texels[s.side] / -s.incidence;
@@ -284,17 +298,11 @@ void ReferenceTracer::FetchBaked(const Path& path, Surface& s) {
   }
   Visit("lightmap page");
   const LightmapPage& page = traced_.scene.LightmapPages()[static_cast<std::size_t>(number)];
-  const double x = place.x() * page.width, y = place.y() * page.height;
-  for (int dy = 0; dy < 2; ++dy) {
-    for (int dx = 0; dx < 2; ++dx) {
-      const int column = std::min(static_cast<int>(x) + dx, page.width - 1);
-      const int row = std::min(static_cast<int>(y) + dy, page.height - 1);
-      const double fx = x - std::floor(x), fy = y - std::floor(y);
-      const double share = (dx == 1 ? fx : 1 - fx) * (dy == 1 ? fy : 1 - fy);
-      const float* bgra = &page.texels[static_cast<std::size_t>(row * page.width + column) * 4];
-      s.baked += share * V(bgra[2], bgra[1], bgra[0]);
-    }
-  }
+  ForNeighbours(place.x() * page.width, place.y() * page.height, [&](int x, int y, double share) {
+    const int column = std::min(x, page.width - 1), row = std::min(y, page.height - 1);
+    const float* bgra = &page.texels[static_cast<std::size_t>(row * page.width + column) * 4];
+    s.baked += share * V(bgra[2], bgra[1], bgra[0]);
+  });
 }
 
 V ReferenceTracer::AmbientColor(const Surface& s) {
@@ -332,9 +340,8 @@ V ReferenceTracer::Ambient(const Surface& s, int depth) {
 V ReferenceTracer::Direct(const Surface& s) {
   V color = V::Zero();
   for (const RenderLight& light : traced_.scene.Lights()) {
-    if (light.type == LightType::kPoint) color += FromPoint(s, light);
-    if (light.type == LightType::kSpot) color += FromSpot(s, light);
-    if (light.type == LightType::kDirectional) color += FromDirection(s, light);
+    const bool isSun = light.type == LightType::kDirectional;
+    color += isSun ? FromDirection(s, light) : FromLamp(s, light);
     if (pass_ == PassSunPreview) break;
   }
   return color;
@@ -358,42 +365,37 @@ V ReferenceTracer::Phong(const Surface& s, const RenderLight& light, const V& d,
          w * s.throughput * spot * s.alpha * color.cwiseProduct(m.specularColor.cast<double>());
 }
 
-V ReferenceTracer::FromPoint(const Surface& s, const RenderLight& light) {
+// A point light or a spot.
+V ReferenceTracer::FromLamp(const Surface& s, const RenderLight& light) {
+  const bool isSpot = light.type == LightType::kSpot;
   const V d = s.position - light.position.cast<double>();
   const double cosine = -s.normal.dot(d);
-  if (cosine < 0.0017453292) return V::Zero();
+  if (isSpot ? cosine <= 0 : cosine < 0.0017453292) return V::Zero();
   const V color = light.color.cast<double>() * traced_.in.factors.point;
   const double squared = d.squaredNorm();
-  if (!AnyReaches(cosine / squared / d.norm() * s.throughput * color, 0.0001)) {
+  const V atMost = cosine / squared / d.norm() * (isSpot ? 1 : s.throughput) * color;
+  if (!AnyReaches(atMost, 0.0001)) {
     Visit("negligible lamp");
     return V::Zero();
   }
+  const double spot =
+      isSpot ? SpotFactor(light, light.direction.cast<double>().dot(d) / d.norm()) : 1;
+  if (spot == 0) return V::Zero();
   const double left = Light(light.position.cast<double>(), d, 0.99999);
   Visit(left > 0 ? "lamp" : "lamp in shadow");
-  return Phong(s, light, d, cosine, 1, left / squared * color);
+  return Phong(s, light, d, cosine, spot, left / squared * color);
 }
 
-V ReferenceTracer::FromSpot(const Surface& s, const RenderLight& light) {
-  const V d = s.position - light.position.cast<double>();
-  const double cosine = -s.normal.dot(d);
-  if (cosine <= 0) return V::Zero();
-  const V color = light.color.cast<double>() * traced_.in.factors.point;
-  const double squared = d.squaredNorm();
-  if (!AnyReaches(cosine / squared / d.norm() * color, 0.0001)) return V::Zero();
-  const double c = light.direction.cast<double>().dot(d) / d.norm();
+double ReferenceTracer::SpotFactor(const RenderLight& light, double c) {
   const double inner = std::cos(light.innerAngle), outer = std::cos(light.outerAngle);
   if (c < outer) {
     Visit("outside of a spot");
-    return V::Zero();
+    return 0;
   }
-  double spot = 1;
-  if (c < inner && inner - outer > 0.01) {
-    Visit("penumbra of a spot");
-    const double x = (c - outer) / (inner - outer);
-    spot = (3 - 2 * x) * x * x;
-  }
-  const double left = Light(light.position.cast<double>(), d, 0.99999);
-  return Phong(s, light, d, cosine, spot, left / squared * color);
+  if (c >= inner || inner - outer <= 0.01) return 1;
+  Visit("penumbra of a spot");
+  const double x = (c - outer) / (inner - outer);
+  return (3 - 2 * x) * x * x;
 }
 
 V ReferenceTracer::FromDirection(const Surface& s, const RenderLight& light) {
@@ -487,18 +489,12 @@ ReferenceTracer::Texel ReferenceTracer::Bilinear(const TextureMip& mip, double s
   const double x = (s - std::floor(s)) * 0.999999 * mip.width;
   const double y = (t - std::floor(t)) * 0.999999 * mip.height;
   Texel sum{};
-  for (int dy = 0; dy < 2; ++dy) {
-    for (int dx = 0; dx < 2; ++dx) {
-      const int column = (static_cast<int>(x) + dx) % mip.width;
-      const int row = (static_cast<int>(y) + dy) % mip.height;
-      const double fx = x - std::floor(x), fy = y - std::floor(y);
-      const double share = (dx == 1 ? fx : 1 - fx) * (dy == 1 ? fy : 1 - fy) / 255;
-      const std::uint8_t* bgra =
-          mip.pixels.data() + std::ptrdiff_t{row} * mip.pitch + std::ptrdiff_t{column} * 4;
-      for (int c = 0; c < 3; ++c) sum.c[c] += share * bgra[2 - c];
-      sum.c[3] += share * bgra[3];
-    }
-  }
+  ForNeighbours(x, y, [&](int column, int row, double share) {
+    const int offset = row % mip.height * mip.pitch + column % mip.width * 4;
+    const std::uint8_t* bgra = &mip.pixels[static_cast<std::size_t>(offset)];
+    for (int c = 0; c < 3; ++c) sum.c[c] += share / 255 * bgra[2 - c];
+    sum.c[3] += share / 255 * bgra[3];
+  });
   return sum;
 }
 

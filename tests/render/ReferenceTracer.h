@@ -70,6 +70,7 @@ class ReferenceTracer {
   static bool Meet(const Triangle& triangle, const V& origin, const V& direction, Hit& hit);
   // Moves the path to what it meets.
   void Trace(Path& path) const;
+  static Eigen::Vector2d PlaceOnTexture(const Hit& hit, int side);
   // What is left of a ray of light; 0 where it is blocked.
   double Light(const V& origin, const V& direction, double reach);
 
@@ -83,8 +84,8 @@ class ReferenceTracer {
   V Direct(const Surface& s);
   V Phong(const Surface& s, const RenderLight& light, const V& toSurface, double cosine,
           double spot, const V& color);
-  V FromPoint(const Surface& s, const RenderLight& light);
-  V FromSpot(const Surface& s, const RenderLight& light);
+  V FromLamp(const Surface& s, const RenderLight& light);
+  double SpotFactor(const RenderLight& light, double c);
   V FromDirection(const Surface& s, const RenderLight& light);
   V Emitters(const Surface& s);
   V Through(const Path& path, const Surface& s, int depth, bool forceMirror);

@@ -2,35 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <Eigen/Geometry>
 #include <cmath>
 
 namespace qv::test {
 
-SceneBuilder SmallScene() {
-  SceneBuilder builder;
-  const int ground = builder.Material(Vec3(0.5f, 0.6f, 0.4f));
-  const int red = builder.Material(Vec3(0.8f, 0.2f, 0.1f));
-  MaterialParameters shiny = Matte(Vec3(0.1f, 0.1f, 0.3f));
-  shiny.specularColor = Vec3::Constant(0.5f);
-  shiny.specularExponent = 30;
-  shiny.reflectance = 0.4f;
-  const int mirror = builder.Material(shiny);
-  builder.Floor(0, 200, ground);
-  builder.Box({-30, -20, 0}, {-5, 10, 35}, red);
-  builder.Sphere({20, 5, 18}, 18, 12, mirror);
-  builder.lights.push_back(SceneLight::Point(Vec3(8, 8, 6), {0, -60, 70}));
-  return builder;
-}
-
 RenderCamera ViewFrom(int degrees) {
   const float angle = static_cast<float>(degrees) * 0.017453293f;
-  RenderCamera camera;
-  camera.position = Vec3(120 * std::sin(angle), -120 * std::cos(angle), 50);
-  camera.forward = (Vec3(0, 0, 15) - camera.position).normalized();
-  camera.up = camera.forward.cross(Vec3::UnitZ()).cross(camera.forward).normalized();
-  camera.fieldOfView = 0.7f;
-  return camera;
+  return LookingAt({120 * std::sin(angle), -120 * std::cos(angle), 50}, {0, 0, 15}, 0.7f);
 }
 
 bool SameView(const RenderCamera& a, const RenderCamera& b) {

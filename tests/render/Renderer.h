@@ -10,10 +10,7 @@
 
 namespace qv::test {
 
-// A box, a sphere and a mirror on a floor, under the sky.
-SceneBuilder SmallScene();
-
-// Views of that scene from all around, all different.
+// Views of the small scene from all around, all different.
 RenderCamera ViewFrom(int degrees);
 
 Picture ScreenOf(const RaytraceImpl& renderer);

@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,12 +24,17 @@ std::vector<Size> MipSizes(const RenderTexture& texture) {
 }
 
 std::vector<int> Bgra(const TextureMip& mip, int column, int row) {
-  const auto offset = std::ptrdiff_t{row} * mip.pitch + std::ptrdiff_t{column} * 4;
-  return {mip.pixels.begin() + offset, mip.pixels.begin() + offset + 4};
+  const int offset = row * mip.pitch + column * 4;
+  const auto texel = mip.pixels.begin() + offset;
+  return {texel, texel + 4};
 }
 
-void WriteFile(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
+// Saves a bitmap as a PNG file, frees it, and gives the path.
+std::string SavePng(FIBITMAP* bitmap) {
+  std::string path = test::ScratchPath("saved.png");
+  EXPECT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), PNG_Z_BEST_SPEED));
+  FreeImage_Unload(bitmap);
+  return path;
 }
 
 TEST(Texture, HalvesItsSidesWhileBothStayAtLeastOne) {
@@ -47,6 +50,7 @@ TEST(Texture, HalvesItsSidesWhileBothStayAtLeastOne) {
     ASSERT_TRUE(texture);
     EXPECT_EQ(MipSizes(*texture), mips);
     EXPECT_EQ(texture->path, path);
+    EXPECT_FALSE(texture->hasAlpha);
     for (const TextureMip& mip : texture->mips) {
       EXPECT_FLOAT_EQ(mip.invWidth * static_cast<float>(mip.width), 1);
       EXPECT_FLOAT_EQ(mip.invHeight * static_cast<float>(mip.height), 1);
@@ -76,16 +80,6 @@ TEST(Texture, StoresTheTopRowFirstAndBoxesItsMips) {
   for (int byte = 0; byte < 3; ++byte) EXPECT_NEAR(Bgra(texture->mips[2], 0, 0)[byte], 127, 1);
 }
 
-TEST(Texture, KnowsWhetherItIsTransparent) {
-  const auto opaque = LoadTexture(test::WritePlainPng("opaque.png", 2, 2, 1, 2, 3, 255));
-  ASSERT_TRUE(opaque);
-  EXPECT_FALSE(opaque->hasAlpha);
-  const auto clear = LoadTexture(test::WritePlainPng("clear.png", 2, 2, 1, 2, 3, 77));
-  ASSERT_TRUE(clear);
-  EXPECT_TRUE(clear->hasAlpha);
-  EXPECT_EQ(Bgra(clear->mips[1], 0, 0)[3], 77);
-}
-
 // Two colours in a palette, the second half transparent.
 TEST(Texture, ReadsPalettes) {
   FIBITMAP* bitmap = FreeImage_Allocate(2, 1, 8);
@@ -95,69 +89,35 @@ TEST(Texture, ReadsPalettes) {
   FreeImage_GetScanLine(bitmap, 0)[1] = 1;
   BYTE alphas[] = {255, 128};
   FreeImage_SetTransparencyTable(bitmap, alphas, 2);
-  const std::string path = test::ScratchPath("palette.png");
-  ASSERT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), 0));
-  FreeImage_Unload(bitmap);
-
-  const auto texture = LoadTexture(path);
+  const auto texture = LoadTexture(SavePng(bitmap));
   ASSERT_TRUE(texture);
   EXPECT_TRUE(texture->hasAlpha);
   EXPECT_EQ(Bgra(texture->mips[0], 0, 0), (std::vector<int>{30, 20, 10, 255}));
   EXPECT_EQ(Bgra(texture->mips[0], 1, 0), (std::vector<int>{60, 50, 40, 128}));
 }
 
-TEST(Texture, ReadsSixteenBitGrey) {
+TEST(Texture, ReadsSixteenBits) {
   FIBITMAP* bitmap = FreeImage_AllocateT(FIT_UINT16, 2, 1, 16);
   auto* row = reinterpret_cast<WORD*>(FreeImage_GetScanLine(bitmap, 0));
   row[0] = 0x4080;
   row[1] = 0xC0FF;
-  const std::string path = test::ScratchPath("grey16.png");
-  ASSERT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), 0));
-  FreeImage_Unload(bitmap);
+  const auto grey = LoadTexture(SavePng(bitmap));
+  ASSERT_TRUE(grey);
+  EXPECT_EQ(Bgra(grey->mips[0], 0, 0), (std::vector<int>{0x40, 0x40, 0x40, 255}));
+  EXPECT_EQ(Bgra(grey->mips[0], 1, 0), (std::vector<int>{0xC0, 0xC0, 0xC0, 255}));
 
-  const auto texture = LoadTexture(path);
-  ASSERT_TRUE(texture);
-  EXPECT_EQ(Bgra(texture->mips[0], 0, 0), (std::vector<int>{0x40, 0x40, 0x40, 255}));
-  EXPECT_EQ(Bgra(texture->mips[0], 1, 0), (std::vector<int>{0xC0, 0xC0, 0xC0, 255}));
-}
-
-TEST(Texture, ReadsSixteenBitColours) {
-  FIBITMAP* bitmap = FreeImage_AllocateT(FIT_RGBA16, 1, 1);
+  bitmap = FreeImage_AllocateT(FIT_RGBA16, 1, 1);
   *reinterpret_cast<FIRGBA16*>(FreeImage_GetScanLine(bitmap, 0)) = {0x2080, 0x40FF, 0x6000, 0x8000};
-  const std::string path = test::ScratchPath("rgba16.png");
-  ASSERT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), 0));
-  FreeImage_Unload(bitmap);
-  const auto texture = LoadTexture(path);
-  ASSERT_TRUE(texture);
-  EXPECT_TRUE(texture->hasAlpha);
-  EXPECT_EQ(Bgra(texture->mips[0], 0, 0), (std::vector<int>{0x60, 0x40, 0x20, 0x80}));
+  const auto color = LoadTexture(SavePng(bitmap));
+  ASSERT_TRUE(color);
+  EXPECT_TRUE(color->hasAlpha);
+  EXPECT_EQ(Bgra(color->mips[0], 0, 0), (std::vector<int>{0x60, 0x40, 0x20, 0x80}));
 }
 
 // 8 by 8 pixels of red 200, green 100, blue 50 in four inks, under a name that is not theirs.
 TEST(Texture, ReadsJpegsOfFourInksAndByWhatTheyAreNotByTheirName) {
-  const std::uint8_t bytes[] = {
-      0xff, 0xd8, 0xff, 0xee, 0x00, 0x0e, 0x41, 0x64, 0x6f, 0x62, 0x65, 0x00, 0x64, 0x00, 0x00,
-      0x00, 0x00, 0x02, 0xff, 0xdb, 0x00, 0x43, 0x00, 0x0d, 0x09, 0x0a, 0x0b, 0x0a, 0x08, 0x0d,
-      0x0b, 0x0a, 0x0b, 0x0e, 0x0e, 0x0d, 0x0f, 0x13, 0x20, 0x15, 0x13, 0x12, 0x12, 0x13, 0x27,
-      0x1c, 0x1e, 0x17, 0x20, 0x2e, 0x29, 0x31, 0x30, 0x2e, 0x29, 0x2d, 0x2c, 0x33, 0x3a, 0x4a,
-      0x3e, 0x33, 0x36, 0x46, 0x37, 0x2c, 0x2d, 0x40, 0x57, 0x41, 0x46, 0x4c, 0x4e, 0x52, 0x53,
-      0x52, 0x32, 0x3e, 0x5a, 0x61, 0x5a, 0x50, 0x60, 0x4a, 0x51, 0x52, 0x4f, 0xff, 0xdb, 0x00,
-      0x43, 0x01, 0x0e, 0x0e, 0x0e, 0x13, 0x11, 0x13, 0x26, 0x15, 0x15, 0x26, 0x4f, 0x35, 0x2d,
-      0x35, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f,
-      0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f,
-      0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f,
-      0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0x4f, 0xff, 0xc0, 0x00, 0x14, 0x08, 0x00, 0x08, 0x00, 0x08,
-      0x04, 0x01, 0x22, 0x00, 0x02, 0x11, 0x01, 0x03, 0x11, 0x01, 0x04, 0x22, 0x00, 0xff, 0xc4,
-      0x00, 0x16, 0x00, 0x01, 0x01, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
-      0x00, 0x00, 0x00, 0x00, 0x00, 0x05, 0x06, 0xff, 0xc4, 0x00, 0x14, 0x10, 0x01, 0x00, 0x00,
-      0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xff,
-      0xc4, 0x00, 0x15, 0x01, 0x01, 0x01, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
-      0x00, 0x00, 0x00, 0x00, 0x00, 0x05, 0x06, 0xff, 0xc4, 0x00, 0x14, 0x11, 0x01, 0x00, 0x00,
-      0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0xff,
-      0xda, 0x00, 0x0e, 0x04, 0x01, 0x00, 0x02, 0x11, 0x03, 0x11, 0x04, 0x00, 0x00, 0x3f, 0x00,
-      0x98, 0x01, 0xe4, 0xc3, 0x58, 0x03, 0xff, 0xd9};
   const std::string path = test::ScratchPath("inks.png");
-  WriteFile(path, std::string(reinterpret_cast<const char*>(bytes), sizeof(bytes)));
+  test::WriteBytes(path, test::ReadBytes(QUORVANE_RENDER_TESTS "/inks.jpg"));
   const auto texture = LoadTexture(path);
   ASSERT_TRUE(texture);
   EXPECT_EQ(MipSizes(*texture).front(), (Size{8, 8}));
@@ -169,10 +129,7 @@ TEST(Texture, ReadsJpegsOfFourInksAndByWhatTheyAreNotByTheirName) {
 // The longest side that is allowed on a narrow strip, in one bit a pixel.
 TEST(Texture, ReadsLongSides) {
   FIBITMAP* bitmap = FreeImage_Allocate(16384, 3, 1);
-  const std::string path = test::ScratchPath("long.png");
-  ASSERT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), 0));
-  FreeImage_Unload(bitmap);
-  const auto texture = LoadTexture(path);
+  const auto texture = LoadTexture(SavePng(bitmap));
   ASSERT_TRUE(texture);
   EXPECT_EQ(MipSizes(*texture), (std::vector<Size>{{16384, 3}, {8192, 1}}));
 }
@@ -190,14 +147,13 @@ TEST(Texture, OutlivesSpoiltFiles) {
     FIBITMAP* eight = FreeImage_ConvertTo8Bits(bitmap);
     ASSERT_TRUE(FreeImage_Save(format, format == FIF_GIF ? eight : bitmap, path.c_str(), 0));
     FreeImage_Unload(eight);
-    std::ifstream in(path, std::ios::binary);
-    const std::string whole{std::istreambuf_iterator<char>(in), {}};
+    const std::string whole = test::ReadBytes(path);
     ASSERT_TRUE(LoadTexture(path)) << kind;
     for (std::size_t at = 0; at < std::min<std::size_t>(whole.size(), 64); ++at) {
       std::string changed = whole;
       changed[at] = static_cast<char>(changed[at] ^ (at % 2 == 0 ? 0xff : 0x40));
       for (const std::string& bytes : {whole.substr(0, at), changed}) {
-        WriteFile(path, bytes);
+        test::WriteBytes(path, bytes);
         const auto texture = LoadTexture(path);
         if (!texture) continue;
         for (const TextureMip& mip : texture->mips) {
@@ -215,10 +171,7 @@ TEST(Texture, OutlivesSpoiltFiles) {
 // 24000 by 24000 texels would need more than 2^31 bytes; as one bit a pixel the file is small.
 TEST(Texture, RefusesMoreTexelsThanCanBeAddressed) {
   FIBITMAP* bitmap = FreeImage_Allocate(24000, 24000, 1);
-  const std::string path = test::ScratchPath("huge.png");
-  ASSERT_TRUE(FreeImage_Save(FIF_PNG, bitmap, path.c_str(), PNG_Z_BEST_SPEED));
-  FreeImage_Unload(bitmap);
-  EXPECT_FALSE(LoadTexture(path));
+  EXPECT_FALSE(LoadTexture(SavePng(bitmap)));
 }
 
 TEST(Texture, MayLieWhereNamesHaveAnyLetters) {
@@ -233,14 +186,12 @@ TEST(Texture, MayLieWhereNamesHaveAnyLetters) {
 }
 
 TEST(Texture, RefusesWhatIsNoImage) {
-  const std::string whole = test::WritePlainPng("whole.png", 64, 64, 1, 2, 3, 4);
-  std::ifstream in(whole, std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(in), {}};
-  WriteFile(test::ScratchPath("cut.png"), bytes.substr(0, bytes.size() / 2));
-  WriteFile(test::ScratchPath("head.png"), bytes.substr(0, 20));
-  WriteFile(test::ScratchPath("empty.png"), "");
-  WriteFile(test::ScratchPath("text.png"), "This is a text.\n");
-  WriteFile(test::ScratchPath("text.unknown"), "This is a text.\n");
+  const std::string bytes = test::ReadBytes(test::WritePlainPng("whole.png", 64, 64, 1, 2, 3, 4));
+  test::WriteBytes(test::ScratchPath("cut.png"), bytes.substr(0, bytes.size() / 2));
+  test::WriteBytes(test::ScratchPath("head.png"), bytes.substr(0, 20));
+  test::WriteBytes(test::ScratchPath("empty.png"), "");
+  test::WriteBytes(test::ScratchPath("text.png"), "This is a text.\n");
+  test::WriteBytes(test::ScratchPath("text.unknown"), "This is a text.\n");
   // A bitmap file of no columns.
   std::string flat(54, '\0');
   flat.replace(0, 2, "BM");
@@ -249,7 +200,7 @@ TEST(Texture, RefusesWhatIsNoImage) {
   flat[22] = 4;
   flat[26] = 1;
   flat[28] = 24;
-  WriteFile(test::ScratchPath("flat.bmp"), flat);
+  test::WriteBytes(test::ScratchPath("flat.bmp"), flat);
   std::filesystem::create_directory(test::ScratchPath("folder.png"));
   for (const char* name : {"cut.png", "head.png", "empty.png", "text.png", "text.unknown",
                            "flat.bmp", "folder.png", "missing.png"}) {

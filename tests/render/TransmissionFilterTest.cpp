@@ -5,7 +5,6 @@
 #include "TracedScene.h"
 #include "render/shade/LaneFill.h"
 #include "render/trace/TransmissionFilter.h"
-#include "support/ImageFile.h"
 
 namespace qv {
 namespace {
@@ -17,13 +16,6 @@ MaterialParameters Glass(float opacity) {
   MaterialParameters glass = test::Matte(Vec3(1, 0, 0));
   glass.opacity = opacity;
   return glass;
-}
-
-MaterialParameters Textured(const std::string& path) {
-  MaterialParameters material;
-  material.hasTexture = true;
-  material.texturePath = path;
-  return material;
 }
 
 // What is left of light of colour (1, 2, 3) that falls through (x, 0) from z 100 to z 0, in red;
@@ -73,34 +65,6 @@ TEST_P(TransmissionFilter, ReadsTheFrontMaterialFromBothSides) {
   const TracedScene traced(builder, GetParam());
   EXPECT_NEAR(LightLeft(traced, 3, -1), 0.75f, 1e-6f);
   EXPECT_NEAR(LightLeft(traced, 3, 1), 0.75f, 1e-6f);
-}
-
-// Opaque on the left, clear on the right; u runs along x.
-TEST_P(TransmissionFilter, ReadsTheAlphaOfTextures) {
-  std::vector<std::uint8_t> rgba;
-  for (int i = 0; i < 16; ++i) {
-    rgba.insert(rgba.end(), {9, 9, 9, static_cast<std::uint8_t>(i % 4 < 2 ? 255 : 0)});
-  }
-  SceneBuilder builder;
-  MaterialParameters cutOut = Textured(test::WritePng("cut.png", 4, 4, rgba));
-  builder.Floor(10, 50, builder.Material(cutOut));
-  TracedScene traced(builder, GetParam());
-  EXPECT_EQ(LightLeft(traced, -30), 0);
-  EXPECT_NEAR(LightLeft(traced, 20), 1, 1e-6f);
-  // A pixel as wide as 4 texels and a half level: 90 units to the pane at 0.04 texels a unit.
-  traced.in.trace.footprintScale = 4 * std::sqrt(2.0f) / (90 * 0.04f);
-  EXPECT_NEAR(LightLeft(traced, 20), 0.5f, 0.01f) << "the last level: half of it is opaque";
-
-  builder.materials[0].opacity = 0.4f;
-  EXPECT_NEAR(LightLeft(TracedScene(builder, GetParam()), -30), 0.6f, 1e-6f);
-}
-
-TEST_P(TransmissionFilter, IgnoresTexturesWithoutAlpha) {
-  SceneBuilder builder;
-  MaterialParameters glass = Textured(test::WritePlainPng("plain.png", 2, 2, 1, 2, 3, 255));
-  glass.opacity = 0.6f;
-  builder.Floor(10, 50, builder.Material(glass));
-  EXPECT_NEAR(LightLeft(TracedScene(builder, GetParam()), 3), 0.4f, 1e-6f);
 }
 
 INSTANTIATE_TEST_SUITE_P(, TransmissionFilter, testing::Values(1, 8),

@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <map>
 
 #include "core/Log.h"
@@ -32,7 +30,7 @@ class CubeMaps : public ::testing::Test {
   fs::path WriteFace(const std::string& cubeMap, const std::string& file, int width, int height,
                      RGBQUAD colour, bool noise = false) {
     fs::create_directories(folder_ / cubeMap);
-    const fs::path path = folder_ / cubeMap / file;
+    fs::path path = folder_ / cubeMap / file;
     FIBITMAP* bitmap = FreeImage_Allocate(width, height, 24);
     for (int y = 0; y < height; ++y) {
       BYTE* row = FreeImage_GetScanLine(bitmap, y);
@@ -52,15 +50,6 @@ class CubeMaps : public ::testing::Test {
 };
 
 const RGBQUAD kOrange{20, 120, 240, 0};
-
-std::string Bytes(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void Write(const fs::path& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
 
 TEST_F(CubeMaps, ReadsFacesOfTheRightSizeTopRowFirst) {
   // The upper half white: a JPEG's blocks are 8 pixels high.
@@ -84,18 +73,18 @@ TEST_F(CubeMaps, ReadsFacesOfTheRightSizeTopRowFirst) {
 
 TEST_F(CubeMaps, LeavesBrokenFacesBlackAndTellsWhy) {
   const fs::path whole = WriteFace("bad", "FR.jpg", 1024, 1024, kOrange, true);
-  const std::string bytes = Bytes(whole);
-  Write(whole, bytes.substr(0, bytes.size() / 2));
+  const std::string bytes = test::ReadBytes(whole);
+  test::WriteBytes(whole, bytes.substr(0, bytes.size() / 2));
   WriteFace("bad", "LF.jpg", 1024, 512, kOrange);
   // A head that lies: the size stands 5 bytes after the marker of the frame, here 65500 each.
   const fs::path lying = WriteFace("bad", "BK.jpg", 1024, 1024, kOrange);
-  std::string lie = Bytes(lying);
+  std::string lie = test::ReadBytes(lying);
   const std::size_t frame = lie.find("\xff\xc0");
   ASSERT_NE(frame, std::string::npos);
   lie.replace(frame + 5, 4, "\xff\xdc\xff\xdc");
-  Write(lying, lie);
-  Write(folder_ / "bad" / "RT.jpg", "no image at all");
-  Write(folder_ / "bad" / "UP.jpg", "");
+  test::WriteBytes(lying, lie);
+  test::WriteBytes(folder_ / "bad" / "RT.jpg", "no image at all");
+  test::WriteBytes(folder_ / "bad" / "UP.jpg", "");
   fs::create_directory(folder_ / "bad" / "DN.jpg");
 
   const CubeFaces faces = LoadCubeMap(folder_, L"bad");
@@ -122,7 +111,7 @@ TEST_F(CubeMaps, KeepsNamesInsideItsFolder) {
 
 TEST_F(CubeMaps, ListsFoldersAndSettlesOnTheDefault) {
   EXPECT_TRUE(ListCubeMaps(folder_ / "none").empty());
-  Write(folder_ / "readme.txt", "not a folder");
+  test::WriteBytes(folder_ / "readme.txt", "not a folder");
   for (const char* name : {"zebra", "asphalt_morning", "alps"})
     fs::create_directory(folder_ / name);
   EXPECT_EQ(ListCubeMaps(folder_).size(), 3u);

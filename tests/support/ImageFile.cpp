@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <random>
 #include <vector>
 
@@ -38,9 +39,18 @@ std::string ScratchPath(const std::string& name) {
   return (folder.path() / file).string();
 }
 
+std::string ReadBytes(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void WriteBytes(const std::filesystem::path& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
 std::string WritePng(const std::string& name, int width, int height,
                      std::span<const std::uint8_t> rgba) {
-  const std::string path = ScratchPath(name);
+  std::string path = ScratchPath(name);
   FIBITMAP* bitmap = FreeImage_Allocate(width, height, 32);
   const std::uint8_t* from = rgba.data();
   for (int y = height - 1; y >= 0; --y) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <span>
 #include <string>
 
@@ -8,6 +9,10 @@ namespace qv::test {
 
 // A path for a file of the running test, in a folder of this process that is removed when it ends.
 std::string ScratchPath(const std::string& name);
+
+// All bytes of a file; empty if there is none.
+std::string ReadBytes(const std::filesystem::path& path);
+void WriteBytes(const std::filesystem::path& path, const std::string& bytes);
 
 // Writes red, green, blue, alpha bytes, top row first, as a PNG file with an alpha channel, and
 // gives its path.

@@ -108,4 +108,29 @@ int SceneBuilder::Sphere(const Vec3& centre, float radius, int rows, Sides sides
   return Mesh(std::move(mesh));
 }
 
+SceneBuilder SmallScene() {
+  SceneBuilder builder;
+  const int ground = builder.Material(Vec3(0.5f, 0.6f, 0.4f));
+  const int red = builder.Material(Vec3(0.8f, 0.2f, 0.1f));
+  MaterialParameters shiny = Matte(Vec3(0.1f, 0.1f, 0.3f));
+  shiny.specularColor = Vec3::Constant(0.5f);
+  shiny.specularExponent = 30;
+  shiny.reflectance = 0.4f;
+  const int mirror = builder.Material(shiny);
+  builder.Floor(0, 200, ground);
+  builder.Box({-30, -20, 0}, {-5, 10, 35}, red);
+  builder.Sphere({20, 5, 18}, 18, 12, mirror);
+  builder.lights.push_back(SceneLight::Point(Vec3(8, 8, 6), {0, -60, 70}));
+  return builder;
+}
+
+RenderCamera LookingAt(const Vec3& from, const Vec3& at, float fieldOfView) {
+  RenderCamera camera;
+  camera.position = from;
+  camera.forward = (at - from).normalized();
+  camera.up = camera.forward.cross(Vec3::UnitZ()).cross(camera.forward).normalized();
+  camera.fieldOfView = fieldOfView;
+  return camera;
+}
+
 }  // namespace qv::test

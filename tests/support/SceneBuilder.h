@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "core/RenderCamera.h"
 #include "core/SceneRecords.h"
 #include "core/Vec.h"
 
@@ -100,5 +101,11 @@ class SceneBuilder {
   std::vector<SceneMesh> meshes;
   std::vector<SceneLight> lights;
 };
+
+// A box and a sphere that mirrors on a floor, under the sky.
+SceneBuilder SmallScene();
+
+// With the model's z up.
+RenderCamera LookingAt(const Vec3& from, const Vec3& at, float fieldOfView);
 
 }  // namespace qv::test

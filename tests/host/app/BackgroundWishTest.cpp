@@ -3,7 +3,7 @@
 
 #include "host/app/BackgroundWish.h"
 #include "host/app/HostProgram.h"
-#include "tests/host/app/TestFolder.h"
+#include "tests/host/TestFolder.h"
 
 namespace qv::host {
 namespace {

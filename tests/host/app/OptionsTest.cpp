@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <numbers>
+#include <sstream>
 
 #include "host/app/Options.h"
 
@@ -8,6 +10,11 @@ namespace qv::host {
 namespace {
 
 constexpr float kDegree = std::numbers::pi_v<float> / 180;
+
+std::vector<std::string> Words(const std::string& line) {
+  std::istringstream stream(line);
+  return {std::istream_iterator<std::string>(stream), {}};
+}
 
 Options Parsed(const std::vector<std::string>& arguments) {
   const auto parsed = ParseOptions(arguments);
@@ -41,28 +48,10 @@ TEST(Options, ModelAloneIsShownInTheAfternoonOfASummerDay) {
 }
 
 TEST(Options, AllMayBeGivenOnEitherSideOfTheModelAndInBothForms) {
-  const Options options = Parsed({"--up",
-                                  "y",
-                                  "--unit=ft",
-                                  "--eye=1,-2.5,3e1",
-                                  "model.obj",
-                                  "--target",
-                                  "-4,+5,6",
-                                  "--fov",
-                                  "45",
-                                  "--latitude=-33.9",
-                                  "--longitude",
-                                  "151.2",
-                                  "--time",
-                                  "2023-12-31T08:09:10",
-                                  "--timezone=10",
-                                  "--north",
-                                  "90",
-                                  "--no-lights",
-                                  "--no-lem",
-                                  "--background=meadow_noon",
-                                  "--viewer",
-                                  "/opt/quorvane"});
+  const Options options = Parsed(
+      Words("--up y --unit=ft --eye=1,-2.5,3e1 model.obj --target -4,+5,6 --fov 45 "
+            "--latitude=-33.9 --longitude 151.2 --time 2023-12-31T08:09:10 --timezone=10 "
+            "--north 90 --no-lights --no-lem --background=meadow_noon --viewer /opt/quorvane"));
   EXPECT_EQ(options.background, "meadow_noon");
   EXPECT_EQ(options.model, "model.obj");
   EXPECT_EQ(options.load.up, UpAxis::kY);
@@ -136,33 +125,13 @@ TEST(Options, MistakesAreNamed) {
   EXPECT_NE(ErrorOf({"a", "b"}).find("\"b\""), std::string::npos);
   EXPECT_NE(ErrorOf({"m", "--bogus"}).find("--bogus"), std::string::npos);
   EXPECT_NE(ErrorOf({"m", "--fov"}).find("needs a value"), std::string::npos);
-  const std::vector<std::string> mistakes = {"--up=x",
-                                             "--up=",
-                                             "--unit=yd",
-                                             "--eye=1,2",
-                                             "--eye=1,2,3,4",
-                                             "--eye=1,,3",
-                                             "--eye=1,2,3m",
-                                             "--target=nan,0,0",
-                                             "--target=inf,0,0",
-                                             "--eye=1e30,0,0",
-                                             "--fov=0",
-                                             "--fov=180",
-                                             "--fov=45deg",
-                                             "--latitude=91",
-                                             "--longitude=-181",
-                                             "--time=2024-02-30T12:00",
-                                             "--time=2024-6-1",
-                                             "--time=2024-06-15 12:00",
-                                             "--time=2024-13-01T00:00",
-                                             "--time=2024-06-15T24:00",
-                                             "--time=1500-01-01T00:00",
-                                             "--timezone=1.5",
-                                             "--timezone=13",
-                                             "--north=361",
-                                             "--viewer=",
-                                             "--no-lights=1"};
-  for (const std::string& mistake : mistakes) {
+  for (const std::string& mistake :
+       Words("--up=x --up= --unit=yd --eye=1,2 --eye=1,2,3,4 --eye=1,,3 --eye=1,2,3m "
+             "--target=nan,0,0 --target=inf,0,0 --eye=1e30,0,0 --fov=0 --fov=180 --fov=45deg "
+             "--latitude=91 --longitude=-181 --time=2024-02-30T12:00 --time=2024-6-1 "
+             "--time=2024-06-15_12:00 --time=2024-13-01T00:00 --time=2024-06-15T24:00 "
+             "--time=1500-01-01T00:00 --timezone=1.5 --timezone=13 --north=361 --viewer= "
+             "--no-lights=1")) {
     const std::string error = ErrorOf({"m", mistake});
     const std::string name = mistake.substr(0, mistake.find('='));
     EXPECT_NE(error.find(name), std::string::npos) << mistake << ": " << error;

@@ -1,7 +1,7 @@
 #include <thread>
 
 #include "host/app/PropertyStore.h"
-#include "tests/host/app/TestFolder.h"
+#include "tests/host/TestFolder.h"
 
 namespace qv::host {
 namespace {

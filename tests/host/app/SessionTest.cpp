@@ -3,7 +3,7 @@
 
 #include "host/app/SceneProperties.h"
 #include "host/app/Session.h"
-#include "tests/host/app/TestFolder.h"
+#include "tests/host/TestFolder.h"
 
 namespace qv::host {
 namespace {

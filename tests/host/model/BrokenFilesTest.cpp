@@ -21,13 +21,9 @@ TEST_F(BrokenFiles, AreRefusedWithAReason) {
     EXPECT_NE(result.error.find(Sample(name).string()), std::string::npos) << result.error;
     EXPECT_GT(result.error.size(), Sample(name).string().size() + 30) << result.error;
   }
+  const char* const empty = "glTF2/BoxWithInfinites-glTF-Binary/BoxWithInfinites.glb";
+  EXPECT_NE(LoadModel(Sample(empty)).error.find("12 faces"), std::string::npos);
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
-}
-
-TEST_F(BrokenFiles, TellWhyNothingIsLeft) {
-  const LoadResult result =
-      LoadModel(Sample("glTF2/BoxWithInfinites-glTF-Binary/BoxWithInfinites.glb"));
-  EXPECT_NE(result.error.find("12 faces"), std::string::npos) << result.error;
 }
 
 // One face of six is a triangle with a corner that is not a number, one has no area.

@@ -85,9 +85,7 @@ TEST_F(Images, OpacityMapOfAMaterialGoesIntoItsTexture) {
   ASSERT_TRUE(Save(Row({1, 2, 3, 255}, {4, 5, 6, 255}), folder() / "color.png"));
   ASSERT_TRUE(Save(Row({255, 255, 255, 255}, {0, 0, 0, 255}), folder() / "mask.png"));
   Write("model.mtl", "newmtl m\nmap_Kd color.png\nmap_d mask.png\n");
-  const Scene scene = Load(Write("model.obj",
-                                 "mtllib model.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\nusemtl m\n"
-                                 "f 1/1 2/1 3/1\n"));
+  const Scene scene = Load(WriteTriangle());
   const auto texture = LoadPixels(scene.materials.at(0).texturePath);
   ASSERT_TRUE(texture);
   EXPECT_EQ(At(*texture, 0), (Rgba{3, 2, 1, 255}));
@@ -107,10 +105,7 @@ TEST_F(Images, UnusualAndSpoiltFilesOfAMaterial) {
         "newmtl a\nKd 0 1 0\nmap_Kd color.png\nmap_d mask.png\n"
         "newmtl b\nKd 0 1 0\nmap_Kd cut.png\nmap_d mask.png\n"
         "newmtl c\nmap_Kd color.png\nmap_d cut.png\n");
-  const Scene scene = Load(Write("model.obj",
-                                 "mtllib model.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\n"
-                                 "usemtl a\nf 1/1 2/1 3/1\nusemtl b\nf 1/1 2/1 3/1\n"
-                                 "usemtl c\nf 1/1 2/1 3/1\n"));
+  const Scene scene = Load(WriteTriangle("abc"));
   ASSERT_EQ(scene.materials.size(), 3u);
   const auto masked = LoadPixels(scene.materials[0].texturePath);
   ASSERT_TRUE(masked);

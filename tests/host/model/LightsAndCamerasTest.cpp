@@ -22,17 +22,8 @@ class LightsAndCameras : public ModelFolder {
       roots += "," + std::to_string(i + 1);
       written += "," + nodes[i];
     }
-    return Write("model.gltf", R"({"asset":{"version":"2.0"},"scene":0,)" + parts + R"(,
-"scenes":[{"nodes":[)" + roots + R"(]}],"nodes":[)" +
-                                   written +
-                                   R"(],
-"meshes":[{"primitives":[{"attributes":{"POSITION":0}}]}],
-"accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3",
-"min":[0,0,0],"max":[1,1,0]}],
-"bufferViews":[{"buffer":0,"byteLength":36}],
-"buffers":[{"byteLength":36,"uri":"data:application/octet-stream;base64,)"
-                                   "AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"
-                                   R"("}]})");
+    return ModelFolder::WriteGltf(parts + R"(,"scenes":[{"nodes":[)" + roots + R"(]}],"nodes":[)" +
+                                  written + "]");
   }
 
   static std::string Lights(const std::string& lights) {

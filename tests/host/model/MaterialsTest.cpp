@@ -10,28 +10,18 @@ class Materials : public ModelFolder {
   // The material of a one-triangle OBJ file with these lines in its library.
   SceneMaterial FromMtl(const std::string& lines) {
     Write("model.mtl", "newmtl m\n" + lines + "\n");
-    const auto path = Write("model.obj",
-                            "mtllib model.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\nvt 1 0\nvt 0 1\n"
-                            "usemtl m\nf 1/1 2/2 3/3\n");
-    const Scene scene = Load(path);
-    EXPECT_EQ(scene.materials.size(), 1u);
-    return scene.materials.empty() ? SceneMaterial() : scene.materials[0];
+    return OnlyMaterial(WriteTriangle());
+  }
+  // The same of a glTF file.
+  SceneMaterial FromGltf(const std::string& material) {
+    return OnlyMaterial(
+        WriteGltf(R"("scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],"materials":[)" + material + "]",
+                  R"(,"material":0)"));
   }
 
-  // The same of a glTF file. Its buffer holds the points (0,0,0), (1,0,0), (0,1,0).
-  SceneMaterial FromGltf(const std::string& material) {
-    const auto path = Write("model.gltf", R"({"asset":{"version":"2.0"},"scene":0,
-"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],
-"meshes":[{"primitives":[{"attributes":{"POSITION":0},"material":0}]}],
-"materials":[)" + material +
-                                              R"(],
-"accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3",
-"min":[0,0,0],"max":[1,1,0]}],
-"bufferViews":[{"buffer":0,"byteLength":36}],
-"buffers":[{"byteLength":36,"uri":"data:application/octet-stream;base64,)"
-                                              "AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"
-                                              R"("}]})");
-    const Scene scene = Load(path);
+ private:
+  static SceneMaterial OnlyMaterial(const std::filesystem::path& model) {
+    const Scene scene = Load(model);
     EXPECT_EQ(scene.materials.size(), 1u);
     return scene.materials.empty() ? SceneMaterial() : scene.materials[0];
   }
@@ -167,10 +157,7 @@ TEST_F(Materials, PathTooLongForTheLinkGetsAShortOne) {
   std::filesystem::copy_file(Sample("glTF2/BoxTextured-glTF/CesiumLogoFlat.png"),
                              folder() / deep / "wood.png");
   Write("model.mtl", "newmtl m\nmap_Kd " + deep + "wood.png\n");
-  const auto path = Write("model.obj",
-                          "mtllib model.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\n"
-                          "usemtl m\nf 1/1 2/1 3/1\n");
-  const Scene scene = Load(path);
+  const Scene scene = Load(WriteTriangle());
   const std::string& texture = scene.materials.at(0).texturePath;
   EXPECT_LT(texture.size(), 260u);
   // A link to the file, or a copy where no links can be made.

@@ -1,31 +1,15 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <assimp/Importer.hpp>
-#include <filesystem>
-#include <fstream>
-#include <string>
 
 #include "host/model/LoadModel.h"
-#include "host/model/TemporaryFolder.h"
+#include "tests/host/TestFolder.h"
 
 namespace qv::host {
 
-// A folder of a test's own, for model files and what lies beside them.
-class ModelFolder : public ::testing::Test {
+// A folder for model files and what lies beside them.
+class ModelFolder : public TestFolder {
  protected:
-  ModelFolder() : folder_(*temporary_.NewPath("-test")) {
-    std::filesystem::create_directory(folder_);
-  }
-
-  std::filesystem::path Write(const std::filesystem::path& name, const std::string& text) {
-    std::filesystem::path path = folder_ / name;
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << text;
-    return path;
-  }
-
   // The scene of a model that has to be readable.
   static Scene Load(const std::filesystem::path& path, const LoadOptions& options = {}) {
     LoadResult result = LoadModel(path, options);
@@ -33,11 +17,29 @@ class ModelFolder : public ::testing::Test {
     return result.scene ? std::move(*result.scene) : Scene();
   }
 
-  const std::filesystem::path& folder() const { return folder_; }
+  // A triangle for each material, which is a letter of "model.mtl" beside it.
+  std::filesystem::path WriteTriangle(const std::string& materials = "m") {
+    std::string text = "mtllib model.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\nvt 1 0\nvt 0 1\n";
+    for (const char name : materials) {
+      text += std::string("usemtl ") + name + "\nf 1/1 2/2 3/3\n";
+    }
+    return Write("model.obj", text);
+  }
 
- private:
-  TemporaryFolder temporary_;
-  std::filesystem::path folder_;
+  // A glTF file of one triangle, (0,0,0), (1,0,0), (0,1,0): the fields of its nodes and scene, and
+  // what its primitive has beside its points.
+  std::filesystem::path WriteGltf(const std::string& fields, const std::string& primitive = "") {
+    return Write("model.gltf", R"({"asset":{"version":"2.0"},"scene":0,)" + fields + R"(,
+"meshes":[{"primitives":[{"attributes":{"POSITION":0})" +
+                                   primitive +
+                                   R"(}]}],
+"accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3",
+"min":[0,0,0],"max":[1,1,0]}],
+"bufferViews":[{"buffer":0,"byteLength":36}],
+"buffers":[{"byteLength":36,"uri":"data:application/octet-stream;base64,)"
+                                   "AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"
+                                   R"("}]})");
+  }
 };
 
 inline std::filesystem::path Sample(const std::string& name) {

@@ -31,31 +31,12 @@ std::pair<float, float> Areas(const Polygon& polygon, const Vec3& normal) {
   return {area, absolute};
 }
 
-// How many triangles hold a point of the plane z = 0.
-int Coverage(const Polygon& polygon, const Vec2& point) {
-  int count = 0;
-  for (const auto& triangle : CutPolygon(polygon)) {
-    bool within = true;
-    for (std::size_t i = 0; i < 3; ++i) {
-      const Vec2 from = polygon[triangle[i]].head<2>();
-      const Vec2 to = polygon[triangle[(i + 1) % 3]].head<2>();
-      const Vec2 edge = to - from;
-      const Vec2 way = point - from;
-      within &= edge.x() * way.y() - edge.y() * way.x() >= 0;
-    }
-    count += within ? 1 : 0;
-  }
-  return count;
-}
-
 // The inner corner lies just on the line between two others.
 TEST(CutPolygon, CoversAnLOnce) {
   const Polygon l = Flat({{0, 0}, {2, 0}, {2, 1}, {1, 1}, {1, 2}, {0, 2}});
   const auto [area, absolute] = Areas(l, Vec3(0, 0, 1));
   EXPECT_FLOAT_EQ(area, 3);
   EXPECT_FLOAT_EQ(absolute, 3);
-  EXPECT_EQ(Coverage(l, Vec2(1.5f, 1.5f)), 0);
-  EXPECT_EQ(Coverage(l, Vec2(1.9f, 0.3f)), 1);
 }
 
 TEST(CutPolygon, TurnsTrianglesAsThePolygonIsTurned) {
@@ -75,8 +56,6 @@ TEST(CutPolygon, LeavesAHoleOpen) {
   const auto [area, absolute] = Areas(wall, Vec3(0, 0, 1));
   EXPECT_FLOAT_EQ(area, 50 - 12);
   EXPECT_FLOAT_EQ(absolute, 50 - 12);
-  EXPECT_EQ(Coverage(wall, Vec2(5, 3.1f)), 0);
-  EXPECT_EQ(Coverage(wall, Vec2(5.3f, 1)), 1);
 }
 
 // Stars with corners at random distances from the middle are simple and as concave as can be.

@@ -1,6 +1,3 @@
-#include <fstream>
-#include <iterator>
-
 #include "host/scenefile/Archive.h"
 #include "host/scenefile/SceneFileError.h"
 #include "tests/host/model/ModelFolder.h"
@@ -22,11 +19,6 @@ class Archives : public ModelFolder {
       return error.what();
     }
   }
-
-  static std::string Content(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
 };
 
 TEST_F(Archives, GiveTheFolderOfAModelAndNothingElse) {
@@ -39,8 +31,8 @@ TEST_F(Archives, GiveTheFolderOfAModelAndNothingElse) {
   const fs::path out = folder() / "out";
   const fs::path model = UnpackFolderOf(archive, "models/a.obj", out);
   EXPECT_EQ(model, out / "models" / "a.obj");
-  EXPECT_EQ(Content(model), "the model");
-  EXPECT_EQ(Content(out / "models" / "maps" / "leaf.png"), large);
+  EXPECT_EQ(TextOf(model), "the model");
+  EXPECT_EQ(TextOf(out / "models" / "maps" / "leaf.png"), large);
   EXPECT_FALSE(fs::exists(out / "readme"));
   EXPECT_FALSE(fs::exists(out / "others"));
 }
@@ -80,11 +72,11 @@ TEST_F(Archives, SayWhatIsWrongWithThem) {
 
   // A byte of the compressed content turned over.
   WriteZip(archive, {{"models/a.obj", content}});
-  std::string bytes = Content(archive);
+  std::string bytes = TextOf(archive);
   bytes[30 + std::string("models/a.obj").size() + 3] ^= 0x10;
   EXPECT_NE(Message(Write("damaged.zip", bytes)).find("damaged"), std::string::npos);
   // The end missing.
-  EXPECT_NE(Message(Write("short.zip", Content(archive).substr(0, 60))), "");
+  EXPECT_NE(Message(Write("short.zip", TextOf(archive).substr(0, 60))), "");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <numbers>
+#include <utility>
 
 #include "host/scenefile/ReadSceneFile.h"
 
@@ -109,78 +110,61 @@ TEST(ReadSceneFile, MakesLightsAsBrightAsWantedAtTheirDistance) {
   }
 }
 
-struct Mistake {
-  const char* text;
-  const char* message;  // a part of it
-};
-
-void PrintTo(const Mistake& mistake, std::ostream* out) {
-  *out << mistake.text;
+TEST(ReadSceneFile, TellsMistakesWithTheirPlace) {
+  const std::pair<std::string, const char*> mistakes[] = {
+      {"", "parse error at line 1"},
+      {"[]", "takes an object, not []"},
+      {"{}", "the field \"format\" is missing"},
+      {R"({"format": "quorvane properties"})", "this is no scene file"},
+      {R"({"format": "quorvane scene", "version": 2})", "version: a newer Quorvane"},
+      {"{\n\"format\": \"quorvane scene\",\n,}", "line 3"},
+      {R"("unit": "cm", "unit": "m")", "the field \"unit\" is there twice"},
+      {R"("modles": [])", "unknown field \"modles\"; there are format, version"},
+      {R"("unit": "yd")", "unit: takes one of in, ft, m, cm, mm, not \"yd\""},
+      {R"("models": {})", "models: takes a list"},
+      {R"("models": [{"file": "a"}, {"name": "b"}])", "models[1]: the field \"file\" is missing"},
+      {R"("models": [{"file": ""}])", "models[0].file: takes a text"},
+      {R"("models": [{"file": "a", "scale": 0}])",
+       "models[0].scale: takes a number from 0.0001 to 10000, not 0"},
+      {R"("models": [{"file": "a", "scale": "2"}])", "models[0].scale: takes a list of 3"},
+      {R"("models": [{"file": "a", "scale": 2, "size": {"width": 1}}])",
+       "models[0].size: there is a scale already"},
+      {R"("models": [{"file": "a", "size": {}}])", "models[0].size: takes a width"},
+      {R"("models": [{"file": "a", "at": [1, 2]}])", "models[0].at: takes a list of 3 numbers"},
+      {R"("models": [{"file": "a", "at": [1, 2, 1e300]}])",
+       "models[0].at: takes a list of 3 numbers"},
+      {R"("models": [{"file": "a", "lights": 1}])", "models[0].lights: takes true or false, not 1"},
+      {R"("models": [{"file": "a", "materials": [{"color": "#fff"}]}])",
+       "models[0].materials[0]: the field \"name\" is missing"},
+      {R"("models": [{"file": "a", "materials": [{"name": "b", "color": "#fff"}]}])",
+       "models[0].materials[0].color: takes a colour"},
+      {R"("models": [{"file": "a", "materials": [{"name": "b", "opacity": 1.5}]}])",
+       "models[0].materials[0].opacity: takes a number from 0 to 1, not 1.5"},
+      {R"("models": [{"file": "a", "without": [{"from": [1, 0, 0], "to": [0, 1, 1]}]}])",
+       "models[0].without[0]: \"to\" lies before \"from\""},
+      {R"("shapes": [{"kind": "plane", "size": [1, 2, 3], "material": {}}])",
+       "shapes[0].size: takes a list of 2 numbers"},
+      {R"("shapes": [{"kind": "box", "size": [1, 2, 3]}])",
+       "shapes[0]: the field \"material\" is missing"},
+      {R"("lights": [{"kind": "lamp"}])", "lights[0].kind: takes one of point, spot"},
+      {R"("lights": [{"kind": "point", "at": [0, 0, 0], "direction": [0, 0, 1]}])",
+       "lights[0]: unknown field \"direction\""},
+      {R"("lights": [{"kind": "directional", "direction": [0, 0, 0]}])",
+       "lights[0].direction: takes a direction that is not zero"},
+      {R"("views": [{"name": "a", "eye": [1, 1, 1], "target": [1, 1, 1]}])",
+       "views[0]: eye and target are the same point"},
+      {R"("views": [{"name": "a", "eye": [1, 1, 1], "target": [1, 1, 0]}])",
+       "views[0]: the view can't be straight up or down"},
+      {R"("place": {"latitude": 91})", "place.latitude: takes a number from -90 to 90, not 91"},
+      {R"("place": {"timezone": 1.5})", "place.timezone: takes a whole number"},
+      {R"("place": {"time": "2023-02-29T10:00"})",
+       "place.time: takes a date and a time of day that exist"},
+      {R"("image": {"gamma": 0})", "image.gamma: takes a number from 0.1 to 10"}};
+  for (const auto& [text, part] : mistakes) {
+    const std::string message = Message(text.starts_with('"') ? File(text) : text);
+    EXPECT_NE(message.find(part), std::string::npos) << text << ": " << message;
+  }
 }
-
-class ReadSceneFileMistakes : public ::testing::TestWithParam<Mistake> {};
-
-TEST_P(ReadSceneFileMistakes, AreToldWithTheirPlace) {
-  const std::string text =
-      GetParam().text[0] == '"' ? File(GetParam().text) : std::string(GetParam().text);
-  const std::string message = Message(text);
-  EXPECT_NE(message.find(GetParam().message), std::string::npos) << message;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    All, ReadSceneFileMistakes,
-    ::testing::Values(
-        Mistake{"", "parse error at line 1"}, Mistake{"[]", "takes an object, not []"},
-        Mistake{"{}", "the field \"format\" is missing"},
-        Mistake{R"({"format": "quorvane properties"})", "this is no scene file"},
-        Mistake{R"({"format": "quorvane scene", "version": 2})", "version: a newer Quorvane"},
-        Mistake{"{\n\"format\": \"quorvane scene\",\n,}", "line 3"},
-        Mistake{R"("unit": "cm", "unit": "m")", "the field \"unit\" is there twice"},
-        Mistake{R"("modles": [])", "unknown field \"modles\"; there are format, version"},
-        Mistake{R"("unit": "yd")", "unit: takes one of in, ft, m, cm, mm, not \"yd\""},
-        Mistake{R"("models": {})", "models: takes a list"},
-        Mistake{R"("models": [{"file": "a"}, {"name": "b"}])",
-                "models[1]: the field \"file\" is missing"},
-        Mistake{R"("models": [{"file": ""}])", "models[0].file: takes a text"},
-        Mistake{R"("models": [{"file": "a", "scale": 0}])",
-                "models[0].scale: takes a number from 0.0001 to 10000, not 0"},
-        Mistake{R"("models": [{"file": "a", "scale": "2"}])", "models[0].scale: takes a list of 3"},
-        Mistake{R"("models": [{"file": "a", "scale": 2, "size": {"width": 1}}])",
-                "models[0].size: there is a scale already"},
-        Mistake{R"("models": [{"file": "a", "size": {}}])", "models[0].size: takes a width"},
-        Mistake{R"("models": [{"file": "a", "at": [1, 2]}])",
-                "models[0].at: takes a list of 3 numbers"},
-        Mistake{R"("models": [{"file": "a", "at": [1, 2, 1e300]}])",
-                "models[0].at: takes a list of 3 numbers"},
-        Mistake{R"("models": [{"file": "a", "lights": 1}])",
-                "models[0].lights: takes true or false, not 1"},
-        Mistake{R"("models": [{"file": "a", "materials": [{"color": "#fff"}]}])",
-                "models[0].materials[0]: the field \"name\" is missing"},
-        Mistake{R"("models": [{"file": "a", "materials": [{"name": "b", "color": "#fff"}]}])",
-                "models[0].materials[0].color: takes a colour"},
-        Mistake{R"("models": [{"file": "a", "materials": [{"name": "b", "opacity": 1.5}]}])",
-                "models[0].materials[0].opacity: takes a number from 0 to 1, not 1.5"},
-        Mistake{R"("models": [{"file": "a", "without": [{"from": [1, 0, 0], "to": [0, 1, 1]}]}])",
-                "models[0].without[0]: \"to\" lies before \"from\""},
-        Mistake{R"("shapes": [{"kind": "plane", "size": [1, 2, 3], "material": {}}])",
-                "shapes[0].size: takes a list of 2 numbers"},
-        Mistake{R"("shapes": [{"kind": "box", "size": [1, 2, 3]}])",
-                "shapes[0]: the field \"material\" is missing"},
-        Mistake{R"("lights": [{"kind": "lamp"}])", "lights[0].kind: takes one of point, spot"},
-        Mistake{R"("lights": [{"kind": "point", "at": [0, 0, 0], "direction": [0, 0, 1]}])",
-                "lights[0]: unknown field \"direction\""},
-        Mistake{R"("lights": [{"kind": "directional", "direction": [0, 0, 0]}])",
-                "lights[0].direction: takes a direction that is not zero"},
-        Mistake{R"("views": [{"name": "a", "eye": [1, 1, 1], "target": [1, 1, 1]}])",
-                "views[0]: eye and target are the same point"},
-        Mistake{R"("views": [{"name": "a", "eye": [1, 1, 1], "target": [1, 1, 0]}])",
-                "views[0]: the view can't be straight up or down"},
-        Mistake{R"("place": {"latitude": 91})",
-                "place.latitude: takes a number from -90 to 90, not 91"},
-        Mistake{R"("place": {"timezone": 1.5})", "place.timezone: takes a whole number"},
-        Mistake{R"("place": {"time": "2023-02-29T10:00"})",
-                "place.time: takes a date and a time of day that exist"},
-        Mistake{R"("image": {"gamma": 0})", "image.gamma: takes a number from 0.1 to 10"}));
 
 }  // namespace
 }  // namespace qv::host

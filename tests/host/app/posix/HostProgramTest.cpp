@@ -45,13 +45,6 @@ class Programs : public ScriptFolder {
   double seconds_ = 0;
 };
 
-TEST_F(Programs, StartNoViewerForAModelThatCannotBeRead) {
-  EXPECT_EQ(Run(Write("model.obj", "nonsense"), Viewer("exec sleep 100")), HostProgram::kFailure);
-  EXPECT_NE(errors_.str().find("model.obj can't be read"), std::string::npos) << errors_.str();
-  EXPECT_FALSE(fs::exists(Marker()));
-  EXPECT_FALSE(HasLinkObjects());
-}
-
 TEST_F(Programs, StartNoViewerForASceneFileWithAMistake) {
   const fs::path scene = Write("scene.json", R"({"format": "quorvane scene", "version": 1,
 "models": [{"file": "none.obj"}]})");
@@ -78,18 +71,6 @@ TEST_F(Programs, EndSoonAfterTheViewerDied) {
   EXPECT_NE(errors_.str().find("ended unexpectedly, with exit code 7"), std::string::npos)
       << errors_.str();
   EXPECT_TRUE(fs::exists(Marker()));
-  EXPECT_FALSE(HasLinkObjects());
-}
-
-TEST_F(Programs, EndWhenAskedToAndTakeTheViewerWithThem) {
-  const auto start = Clock::now();
-  const int code = Run(WriteModel(), Viewer("exec sleep 100"),
-                       [&] { return Clock::now() - start > std::chrono::seconds(1) ? 143 : 0; });
-  EXPECT_EQ(code, 143);
-  EXPECT_LT(seconds_, 3);
-  ASSERT_TRUE(fs::exists(Marker()));
-  const std::string id = TextOf(Marker());
-  EXPECT_FALSE(fs::exists("/proc/" + id.substr(0, id.find('\n'))));
   EXPECT_FALSE(HasLinkObjects());
 }
 

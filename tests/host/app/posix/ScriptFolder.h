@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/host/app/TestFolder.h"
+#include "tests/host/TestFolder.h"
 
 namespace qv::host {
 
