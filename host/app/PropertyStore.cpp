@@ -1,5 +1,6 @@
 #include "host/app/PropertyStore.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <fstream>
@@ -7,6 +8,7 @@
 #include <sstream>
 #include <utility>
 
+#include "platform/Clock.h"
 #include "platform/Ids.h"
 #include "platform/PathText.h"
 
@@ -108,9 +110,7 @@ PropertyStore::PropertyStore(const fs::path& model, const fs::path& userFolder) 
     inUserFolder_ += '-' + HashOf(model_) + ".quorvane.json";
   }
   file_ = besideModel_;
-  for (const fs::path& file : NewestFirst(besideModel_, inUserFolder_)) {
-    if (fs::is_regular_file(file, error) && Read(file)) break;
-  }
+  Refresh();
 }
 
 std::optional<PropertyStore::Value> PropertyStore::Get(const std::string& name) const {
@@ -140,42 +140,58 @@ fs::path PropertyStore::file() const {
   return file_;
 }
 
-bool PropertyStore::Read(const fs::path& file) {
-  const auto text = WholeFile(file);
-  if (!text) {
-    warnings_.push_back("The properties in " + platform::Utf8FromPath(file) + " can't be read.");
-    return false;
-  }
-  auto content = ContentOf(*text);
-  if (content && !content->later) {
-    values_ = std::move(content->values);
-    file_ = file;
-    return true;
-  }
-  if (content) {
-    SetAside(file, " was written by a later version", ".later");
-  } else {
-    SetAside(file, " holds no properties", ".broken");
-  }
-  return false;
-}
-
-void PropertyStore::SetAside(const fs::path& file, const std::string& what, const char* suffix) {
-  fs::path kept = file;
-  kept += suffix;
-  std::error_code error;
-  fs::rename(file, kept, error);
-  warnings_.push_back(platform::Utf8FromPath(file) + what +
-                      (error ? "." : "; it is now " + platform::Utf8FromPath(kept) + "."));
+std::vector<std::string> PropertyStore::warnings() const {
+  const std::lock_guard lock(mutex_);
+  return warnings_;
 }
 
 void PropertyStore::Refresh() {
-  const auto text = WholeFile(file_);
-  const auto content = text ? ContentOf(*text) : std::nullopt;
-  if (!content) return;
-  for (const auto& [name, value] : content->values) {
-    if (unwritten_.count(name) == 0) values_[name] = value;
+  std::error_code error;
+  for (const fs::path& file : NewestFirst(besideModel_, inUserFolder_)) {
+    if (fs::is_regular_file(file, error) && Read(file)) return;
   }
+}
+
+bool PropertyStore::Read(const fs::path& file) {
+  const auto text = WholeFile(file);
+  if (!text) {
+    Warn("The properties in " + platform::Utf8FromPath(file) + " can't be read.");
+    return false;
+  }
+  auto content = ContentOf(*text);
+  if (!content || content->later) {
+    if (content) {
+      SetAside(file, " was written by a later version", ".later");
+    } else {
+      SetAside(file, " holds no properties", ".broken");
+    }
+    return false;
+  }
+  for (auto& [name, value] : content->values) {
+    if (unwritten_.count(name) == 0) values_[name] = std::move(value);
+  }
+  file_ = file;
+  return true;
+}
+
+void PropertyStore::SetAside(const fs::path& file, const std::string& what,
+                             const std::string& suffix) {
+  constexpr int kMostKept = 100;
+  std::error_code error;
+  fs::path kept = file;
+  kept += suffix;
+  for (int i = 2; fs::exists(kept, error) && i <= kMostKept; ++i) {
+    kept = file;
+    kept += suffix + std::to_string(i);
+  }
+  fs::rename(file, kept, error);
+  Warn(platform::Utf8FromPath(file) + what +
+       (error ? "." : "; it is now " + platform::Utf8FromPath(kept) + "."));
+}
+
+void PropertyStore::Warn(const std::string& sentence) {
+  if (std::find(warnings_.begin(), warnings_.end(), sentence) != warnings_.end()) return;
+  warnings_.push_back(sentence);
 }
 
 bool PropertyStore::Write(const fs::path& file) const {
@@ -193,7 +209,11 @@ bool PropertyStore::Write(const fs::path& file) const {
   // Names and paths need not be UTF-8.
   text << document.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
   text.close();
-  if (text) {
+  // On Windows a file keeps its place for as long as another program reads it.
+  constexpr int kAttempts = 5;
+  constexpr unsigned kRetryMilliseconds = 20;
+  for (int i = 0; text && i < kAttempts; ++i) {
+    if (i > 0) platform::SleepMilliseconds(kRetryMilliseconds);
     fs::rename(fresh, file, error);
     if (!error) return true;
   }

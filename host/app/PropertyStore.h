@@ -14,8 +14,8 @@ namespace qv::host {
 // The named values that the viewer keeps with a model, in a JSON file: beside the model as
 // "<model>.quorvane.json", or, where that can't be written, below `userFolder` under a name made of
 // the model's name and its absolute path. The newer of the two files is read. Each change is
-// written at once, to a file beside that then takes the old one's name; what another program with
-// the same model has written since stays. Any thread.
+// written at once, to a file beside that then takes the old one's name, together with what another
+// program with the same model has written before. Any thread.
 //
 // A file that is no property file any more, or one of a later version, is kept under the name with
 // ".broken" or ".later" added.
@@ -29,18 +29,20 @@ class PropertyStore {
   // False if the value could not be written anywhere; it is kept for as long as this object lives.
   bool Set(const std::string& name, Value value);
 
-  // What went wrong with reading, one sentence each.
-  const std::vector<std::string>& warnings() const { return warnings_; }
+  // What went wrong with reading until now, one sentence each.
+  std::vector<std::string> warnings() const;
   // Where the values are written.
   std::filesystem::path file() const;
 
  private:
   using Path = std::filesystem::path;
 
-  bool Read(const Path& file);
-  void SetAside(const Path& file, const std::string& what, const char* suffix);
-  // With the lock held: takes over what is in the file and was not set here since the last writing.
+  // With the lock held, or before there are threads: takes over what the newer of the files has and
+  // was not set here since the last writing.
   void Refresh();
+  bool Read(const Path& file);
+  void SetAside(const Path& file, const std::string& what, const std::string& suffix);
+  void Warn(const std::string& sentence);
   bool Write(const Path& file) const;
 
   std::string model_;

@@ -35,7 +35,7 @@ wxDEFINE_EVENT(EVT_GUI_WORK, wxThreadEvent);
 MainFrame::MainFrame(wxWindow* parent, std::uint32_t hostWindow, std::uint32_t processId)
     : FrameWindow(parent),
       statisticsFont_(wxFontInfo(kStatisticsPoints)),
-      gui_([this] { QueueEventAlways(new wxThreadEvent(EVT_GUI_WORK)); }) {
+      gui_([this] { QueueEventAndWake(new wxThreadEvent(EVT_GUI_WORK)); }) {
   Bind(EVT_GUI_WORK, [this](wxThreadEvent&) { gui_.RunPending(); });
   SetIcons(LoadIcons("images/Quorvane.ico"));
   MakePanels();

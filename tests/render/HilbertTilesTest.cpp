@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdint>
 #include <cstdlib>
+#include <thread>
 #include <vector>
 
 #include "render/frame/TileQueue.h"
@@ -99,6 +101,32 @@ TEST(TileQueue, HandsOutTheTilesOfThePictureAndPassesTheRestInLargeStretches) {
     // Of each size at most one row and one column of squares lie along the picture, and a corner.
     const int outside = 2 * (tiles.TilesX() + tiles.TilesY()) + 3 * tiles.Levels();
     EXPECT_LE(stretches, expected.size() + static_cast<std::size_t>(outside)) << width;
+  }
+}
+
+TEST(TileQueue, HandsEachTileToOneOfManyThreads) {
+  constexpr int kThreads = 4, kRounds = 20;
+  for (int round = 0; round < kRounds; ++round) {
+    TileQueue queue(1000, 420);
+    std::vector<std::atomic<int>> handedOut(static_cast<std::size_t>(queue.tiles().TileCount()));
+    const auto passed = [](std::int32_t, std::int32_t) {};
+    const auto take = [&](std::int32_t i, const TilePosition&) {
+      ++handedOut[static_cast<std::size_t>(i)];
+      return true;
+    };
+    // One that leaves after its first tile keeps no more than its stretch from the others.
+    int left = 0;
+    queue.Drain([&](std::int32_t i, const TilePosition& p) { return ++left < 1 && take(i, p); },
+                passed);
+    EXPECT_EQ(left, 1);
+    std::vector<std::thread> threads;
+    threads.reserve(kThreads);
+    for (int t = 0; t < kThreads; ++t) threads.emplace_back([&] { queue.Drain(take, passed); });
+    for (std::thread& thread : threads) thread.join();
+    for (std::int32_t i = 0; i < queue.tiles().TileCount(); ++i) {
+      const bool wanted = i >= 4 && queue.tiles().Contains(queue.tiles().TileToPosition(i));
+      ASSERT_EQ(handedOut[static_cast<std::size_t>(i)], wanted ? 1 : 0) << i;
+    }
   }
 }
 

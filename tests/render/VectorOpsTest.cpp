@@ -10,6 +10,7 @@
 #include <random>
 
 #include "render/trace/CubeLookup.h"
+#include "render/trace/InverseSqrt.h"
 #include "render/trace/VectorOps.h"
 
 namespace qv {
@@ -20,7 +21,7 @@ constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 
 // Lanes of random numbers with the troublesome ones among them.
 struct alignas(64) Lanes {
-  LaneFloats a[3], out[3];
+  LaneFloats a[3], b[3], out[3], weight, scalar;
   LaneInts mask;
 };
 
@@ -30,12 +31,19 @@ Lanes RandomLanes(unsigned seed) {
   std::mt19937 random(seed);
   std::uniform_real_distribution<float> value(-2, 2);
   std::uniform_int_distribution<int> dice(0, 19);
-  Lanes lanes{};
+  const auto draw = [&] {
+    const int roll = dice(random);
+    return roll < 4 ? kSpecial[random() % std::size(kSpecial)] : value(random);
+  };
+  Lanes lanes;
   for (int lane = 0; lane < kLanes; ++lane) {
-    for (auto& axis : lanes.a) {
-      const int roll = dice(random);
-      axis[lane] = roll < 4 ? kSpecial[random() % std::size(kSpecial)] : value(random);
+    for (int axis = 0; axis < 3; ++axis) {
+      lanes.a[axis][lane] = draw();
+      lanes.b[axis][lane] = draw();
+      lanes.out[axis][lane] = draw();
     }
+    lanes.weight[lane] = draw();
+    lanes.scalar[lane] = draw();
     lanes.mask[lane] = dice(random) < 6 ? -1 - dice(random) : dice(random);
   }
   return lanes;
@@ -65,8 +73,9 @@ void ExpectSame(const LaneFloats (&v)[3], int lane, const V& expected) {
   EXPECT_TRUE(Same(v[2][lane], expected.z)) << lane << ": " << v[2][lane] << ' ' << expected.z;
 }
 
-// What every instruction set of this processor has to do with numbers that no picture has; that
-// they give the same pictures is tested beside the reference. The parameter is a set's bit.
+// Each test runs once with every instruction set of this processor, the parameter being its bit,
+// with numbers that no picture has among the lanes and with lanes that are off. That the sets give
+// the same pictures is tested beside the reference.
 class VectorOps : public testing::TestWithParam<std::int64_t> {
  protected:
   void SetUp() override { Use(GetParam()); }
@@ -104,6 +113,127 @@ TEST_P(VectorOps, NormalisesDirections) {
   });
 }
 
+TEST_P(VectorOps, NormalisesNormalsNearly) {
+  // Without vector instructions the estimate itself is coarser.
+  const float tolerance = GetParam() == HWY_SCALAR ? 1e-5f : 1e-6f;
+  ForSeeds([tolerance](const Lanes& before, Lanes& lanes) {
+    NormaliseNormals(lanes.a, lanes.mask);
+    for (int lane = 0; lane < kLanes; ++lane) {
+      const V v = At(before.a, lane);
+      const float squared = Dot(v, v);
+      if (before.mask[lane] < 0) {
+        ExpectSame(lanes.a, lane, v);
+      } else if (squared > 1e-30f && squared < 1e30f) {
+        for (int axis = 0; axis < 3; ++axis) {
+          EXPECT_NEAR(lanes.a[axis][lane], before.a[axis][lane] / std::sqrt(squared), tolerance);
+        }
+      }
+    }
+  });
+  for (float s = 1e-6f; s < 1e6f; s *= 1.7f) {
+    EXPECT_NEAR(RefinedInverseSqrt(s) * std::sqrt(s), 1, 1e-6f) << s;
+  }
+}
+
+TEST_P(VectorOps, MultipliesAndAdds) {
+  ForSeeds([](const Lanes& before, Lanes& lanes) {
+    DotProducts(lanes.a, lanes.b, lanes.mask, lanes.scalar);
+    Products(lanes.a[0], lanes.b[0], lanes.mask, lanes.weight);
+    for (int lane = 0; lane < kLanes; ++lane) {
+      const bool on = before.mask[lane] >= 0;
+      EXPECT_TRUE(
+          Same(lanes.scalar[lane], on ? Dot(At(before.a, lane), At(before.b, lane)) : 0.0f));
+      EXPECT_TRUE(Same(lanes.weight[lane], on ? before.a[0][lane] * before.b[0][lane] : 0.0f));
+    }
+  });
+  ForSeeds([](const Lanes& before, Lanes& lanes) {
+    const float tint[3] = {0.25f, 3, 0};
+    AddScaled(lanes.out, lanes.mask, 0.7f, lanes.weight, lanes.a, tint);
+    AddProducts(lanes.b, lanes.mask, lanes.weight, lanes.a, lanes.a);
+    for (int lane = 0; lane < kLanes; ++lane) {
+      const bool on = before.mask[lane] >= 0;
+      const float w = before.weight[lane];
+      const V a = At(before.a, lane);
+      const V out = At(before.out, lane);
+      const V b = At(before.b, lane);
+      const float s = 0.7f * w;
+      ExpectSame(
+          lanes.out, lane,
+          on ? V{out.x + s * a.x * tint[0], out.y + s * a.y * tint[1], out.z + s * a.z * tint[2]}
+             : out);
+      ExpectSame(lanes.b, lane,
+                 on ? V{b.x + w * a.x * a.x, b.y + w * a.y * a.y, b.z + w * a.z * a.z} : b);
+    }
+  });
+}
+
+TEST_P(VectorOps, ReflectsInPlaceToo) {
+  ForSeeds([](const Lanes& before, Lanes& lanes) {
+    Reflect(lanes.a, lanes.b, lanes.mask, lanes.out);
+    Reflect(lanes.a, lanes.b, lanes.mask, lanes.a);
+    for (int lane = 0; lane < kLanes; ++lane) {
+      const V d = At(before.a, lane);
+      const V n = At(before.b, lane);
+      const float k = 2.0f * Dot(d, n);
+      const V mirrored{d.x - n.x * k, d.y - n.y * k, d.z - n.z * k};
+      const bool on = before.mask[lane] >= 0;
+      ExpectSame(lanes.out, lane, on ? mirrored : At(before.out, lane));
+      ExpectSame(lanes.a, lane, on ? mirrored : d);
+    }
+  });
+}
+
+TEST_P(VectorOps, FindsLightVectors) {
+  ForSeeds([](const Lanes& before, Lanes& lanes) {
+    const float origin[3] = {0.5f, -0.25f, 1};
+    LightVectors(origin, lanes.a, lanes.b, lanes.weight, lanes.mask, lanes.out, lanes.scalar);
+    for (int lane = 0; lane < kLanes; ++lane) {
+      const V p = At(before.a, lane);
+      const V d{p.x - origin[0], p.y - origin[1], p.z - origin[2]};
+      float c = Dot(At(before.b, lane), d);
+      if (std::abs(c) < 0.0017453292f) c = 0;
+      const bool lit = before.mask[lane] >= 0 && before.weight[lane] * c > 0;
+      EXPECT_EQ(lanes.mask[lane], lit ? before.mask[lane] : -1);
+      ExpectSame(lanes.out, lane, lit ? d : V{0, 0, 0});
+      EXPECT_TRUE(Same(lanes.scalar[lane], lit ? std::abs(c) : 0.0f));
+    }
+  });
+  ForSeeds([](const Lanes& before, Lanes& lanes) {
+    const float toLight[3] = {0.6f, 0, 0.8f};
+    DirectionalLightVectors(toLight, lanes.b, lanes.mask, lanes.out, lanes.scalar);
+    for (int lane = 0; lane < kLanes; ++lane) {
+      const float c = Dot({0.6f, 0, 0.8f}, At(before.b, lane));
+      const bool lit = before.mask[lane] >= 0 && c > 0;
+      EXPECT_EQ(lanes.mask[lane], lit ? before.mask[lane] : -1);
+      EXPECT_TRUE(Same(lanes.scalar[lane], lit ? c : 0.0f));
+      if (lit) ExpectSame(lanes.out, lane, {0.6f, 0, 0.8f});
+    }
+  });
+}
+
+TEST_P(VectorOps, GiveATileItsLanesRowByRowAndStoreItSo) {
+  PixelRays rays{};
+  const float numbers[3][3] = {{1, 2, 3}, {0.5f, 0, 0.25f}, {0, -1, 0.125f}};
+  std::copy_n(numbers[0], 3, rays.corner);
+  std::copy_n(numbers[1], 3, rays.columnStep);
+  std::copy_n(numbers[2], 3, rays.rowStep);
+  Lanes lanes{};
+  TileDirections(rays, 32, 16, lanes.a);
+  constexpr int kStride = 30, kFirst = 3;
+  std::vector<float> rows(std::size_t{kTileSide} * kStride, -1.0f);
+  StoreTile(lanes.a, rows.data() + kFirst, kStride);
+  for (int y = 0; y < kTileSide; ++y) {
+    for (int i = 0; i < kStride; ++i) {
+      const int x = i / 3 - 1, c = i % 3;
+      const bool stored = i >= kFirst && x < kTileSide;
+      const float expected = numbers[0][c] + static_cast<float>(32 + x) * numbers[1][c] +
+                             static_cast<float>(16 + y) * numbers[2][c];
+      EXPECT_EQ(rows[static_cast<std::size_t>(y * kStride + i)], stored ? expected : -1.0f)
+          << i << ' ' << y;
+    }
+  }
+}
+
 // There is no shortest way from +z to -z.
 TEST_P(VectorOps, TurnsToTheOppositeAboutX) {
   Lanes lanes{};
@@ -132,7 +262,8 @@ TEST_P(VectorOps, LooksTheCubeUpLikeSingleDirections) {
     for (int lane = 0; lane < kLanes; ++lane) {
       const V d = At(lanes.a, lane);
       const Vec3 color = faces->Sample({d.x, d.y, d.z});
-      if (before.mask[lane] >= 0) ExpectSame(lanes.out, lane, {color.x(), color.y(), color.z()});
+      const bool on = before.mask[lane] >= 0;
+      ExpectSame(lanes.out, lane, on ? V{color.x(), color.y(), color.z()} : V{0, 0, 0});
     }
   });
 }

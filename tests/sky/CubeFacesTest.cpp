@@ -77,5 +77,19 @@ TEST(CubeFaces, PixelsMapBackToThemselves) {
   }
 }
 
+TEST(CubeFaces, SamplesRedGreenBlueOfItsPixel) {
+  CubeFaces faces;
+  faces.pixels[kLeft].assign(std::size_t{1024} * 1024 * 4, 0);
+  std::uint8_t* pixel = &faces.pixels[kLeft][(std::size_t{767} * 1024 + 767) * 4];
+  pixel[0] = 51;   // blue
+  pixel[1] = 102;  // green
+  pixel[2] = 255;  // red
+  const Vec3 color = faces.Sample({-2, 1, -1});
+  EXPECT_FLOAT_EQ(color.x(), 1.0f);
+  EXPECT_FLOAT_EQ(color.y(), 0.4f);
+  EXPECT_FLOAT_EQ(color.z(), 0.2f);
+  EXPECT_EQ(faces.Sample({0, 0, 1}), Vec3(0, 0, 0)) << "a face without a picture";
+}
+
 }  // namespace
 }  // namespace qv::sky

@@ -17,7 +17,7 @@ class FrameWindow : public _MainFrame {
   // Has HandleFrameMessage called on the GUI thread soon. Any thread.
   void PostToSelf(std::uint32_t number);
   // As QueueEvent, also while a menu is open. Any thread.
-  void QueueEventAlways(wxEvent* event) { QueueEvent(event); }
+  void QueueEventAndWake(wxEvent* event) { QueueEvent(event); }
 
  protected:
   // Also while the frame is hidden.

@@ -27,7 +27,7 @@ void FrameWindow::PostToSelf(std::uint32_t number) {
 
 // A queued event wakes the library's own loop alone. While a menu is open, a border is dragged or
 // one of the system's dialogs waits, the library looks for events only when a message comes.
-void FrameWindow::QueueEventAlways(wxEvent* event) {
+void FrameWindow::QueueEventAndWake(wxEvent* event) {
   QueueEvent(event);
   ::PostMessageW(GetHWND(), WM_NULL, 0, 0);
 }

@@ -15,7 +15,7 @@ class FrameWindow : public _MainFrame {
   // Has HandleFrameMessage called on the GUI thread soon. Any thread.
   void PostToSelf(std::uint32_t number);
   // As QueueEvent, also while the system itself waits for input, as with an open menu. Any thread.
-  void QueueEventAlways(wxEvent* event);
+  void QueueEventAndWake(wxEvent* event);
 
  protected:
   // Also while the frame is hidden.

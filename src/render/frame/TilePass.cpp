@@ -54,14 +54,14 @@ void TilePass::Work(int index) {
   pool_.Refill(index, thread.packets);
   queue_.Drain(
       [&](std::int32_t i, const TilePosition& tile) {
-        if (!Abandoned() && IsWanted(tile)) WorkAt(i, tile, thread);
+        if (!Abandoned() && IsWanted(tile)) TraceAndCopy(i, tile, thread);
         return !Abandoned();
       },
       [this](std::int32_t first, std::int32_t end) { Passed(first, end); });
   if (setup_.progress) setup_.progress(0);
 }
 
-void TilePass::WorkAt(std::int32_t i, const TilePosition& tile, ShadeThread& thread) {
+void TilePass::TraceAndCopy(std::int32_t i, const TilePosition& tile, ShadeThread& thread) {
   const PacketLease packet(thread.packets);
   thread.nextDraw = static_cast<std::uint32_t>(i) * kDrawsPerTile;
   TraceTile(tile, *packet, thread);

@@ -42,7 +42,7 @@ class TilePass {
 
  private:
   void Work(int index);
-  void WorkAt(std::int32_t i, const TilePosition& tile, ShadeThread& thread);
+  void TraceAndCopy(std::int32_t i, const TilePosition& tile, ShadeThread& thread);
   // Tells that the tiles from `first` to before `end` are handed out.
   void Passed(std::int32_t first, std::int32_t end) const;
   bool Abandoned() const;

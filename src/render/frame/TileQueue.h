@@ -16,14 +16,15 @@ class TileQueue {
 
   const HilbertTiles& tiles() const { return tiles_; }
 
-  // Calls work(index, position) for tiles until none is left or it returns false, and before that
-  // passed(first, end) for the stretch of the curve up to and with the tile, or for one outside the
-  // picture. Any number of threads at a time.
+  // Calls work(index, position) for tiles until none is left or it returns false; what it had taken
+  // together with the last one is then lost. Before each tile, and for each part of the curve
+  // outside the picture, calls passed(first, end) with its indices; for such a part perhaps more
+  // than once. Any number of threads at a time.
   template <class Work, class Passed>
   void Drain(const Work& work, const Passed& passed) {
     while (true) {
-      const std::int32_t first = next_.fetch_add(kStretch, std::memory_order_relaxed);
-      const std::int32_t end = std::min(first + kStretch, tiles_.TileCount());
+      const std::int32_t first = next_.fetch_add(kTilesAtOnce, std::memory_order_relaxed);
+      const std::int32_t end = std::min(first + kTilesAtOnce, tiles_.TileCount());
       if (first >= end) return;
       for (std::int32_t i = first; i < end;) {
         const TilePosition position = tiles_.TileToPosition(i);
@@ -41,8 +42,8 @@ class TileQueue {
   }
 
  private:
-  // Tiles that a thread takes together, a square of them: fewer tugs at the counter.
-  static constexpr std::int32_t kStretch = 4;
+  // A square of two tiles a side; threads that take them one by one wait for each other's counting.
+  static constexpr std::int32_t kTilesAtOnce = 4;
 
   void SkipTo(std::int32_t tile) {
     std::int32_t next = next_.load(std::memory_order_relaxed);

@@ -73,21 +73,18 @@ void CubeTexels(const LaneFloats (&direction)[3], LaneInts& face, LaneInts& offs
   }
 }
 
-// Blue, green and red of a pixel from its low byte up, as shares of the brightest. Lanes that are
-// off are left alone.
-void PixelColours(const LaneInts& pixel, const LaneInts& mask, LaneFloats (&out)[3]) {
+// Blue, green and red of a pixel from its low byte up, as shares of the brightest.
+void PixelColours(const LaneInts& pixel, LaneFloats (&out)[3]) {
   const Floats d;
   const Ints di;
   const V brightest = hn::Set(d, 255.0f);
   const I byte = hn::Set(di, 255);
   for (int i = 0; i < kLanes; i += static_cast<int>(hn::Lanes(d))) {
     const I word = hn::Load(di, pixel + i);
-    const M off = hn::RebindMask(d, hn::Lt(hn::Load(di, mask + i), hn::Zero(di)));
     const I channel[3] = {hn::And(hn::ShiftRight<16>(word), byte),
                           hn::And(hn::ShiftRight<8>(word), byte), hn::And(word, byte)};
     for (int c = 0; c < 3; ++c) {
-      const V share = hn::Div(hn::ConvertTo(d, channel[c]), brightest);
-      hn::Store(hn::IfThenElse(off, hn::Load(d, out[c] + i), share), d, out[c] + i);
+      hn::Store(hn::Div(hn::ConvertTo(d, channel[c]), brightest), d, out[c] + i);
     }
   }
 }
@@ -118,7 +115,7 @@ void SampleCube(const sky::CubeFaces& faces, const LaneFloats (&direction)[3], c
     const auto first = static_cast<std::size_t>(offset[lane]);
     if (first + 4 <= pixels.size()) std::memcpy(&pixel[lane], pixels.data() + first, 4);
   }
-  HWY_DYNAMIC_DISPATCH(PixelColours)(pixel, mask, out);
+  HWY_DYNAMIC_DISPATCH(PixelColours)(pixel, out);
 }
 
 }  // namespace qv

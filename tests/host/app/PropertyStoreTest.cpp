@@ -95,6 +95,15 @@ TEST_F(Properties, OfALaterVersionAreLeftAlone) {
   EXPECT_EQ(store.warnings().size(), 1u);
   EXPECT_TRUE(store.Set("gamma", Bytes({1})));
   EXPECT_EQ(TextOf(sidecar().string() + ".later"), later);
+
+  // Also what comes while the store is in use.
+  Write("house.ifc.quorvane.json", later + " ");
+  EXPECT_TRUE(store.Set("presets", Bytes({2})));
+  EXPECT_EQ(store.warnings().size(), 2u);
+  EXPECT_EQ(TextOf(sidecar().string() + ".later"), later);
+  EXPECT_EQ(TextOf(sidecar().string() + ".later2"), later + " ");
+  EXPECT_EQ(Open().Get("gamma"), Bytes({1}));
+  EXPECT_EQ(Open().Get("presets"), Bytes({2}));
 }
 
 TEST_F(Properties, OfTwoProgramsWithTheSameModelBothStay) {
@@ -107,6 +116,19 @@ TEST_F(Properties, OfTwoProgramsWithTheSameModelBothStay) {
   EXPECT_EQ(next.Get("presets"), Bytes({1}));
   EXPECT_EQ(next.Get("gamma"), Bytes({2}));
   EXPECT_EQ(next.Get("background"), Bytes({3}));
+}
+
+TEST_F(Properties, OfTwoProgramsStayWhenThePlaceBesideTheModelCanBeWrittenAgain) {
+  fs::create_directory(sidecar());
+  Write("house.ifc.quorvane.json/in the way", "");
+  Open().Set("gamma", Bytes({1}));
+  PropertyStore first = Open(), second = Open();
+  fs::remove_all(sidecar());
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  EXPECT_TRUE(first.Set("gamma", Bytes({2})));
+  EXPECT_TRUE(second.Set("presets", Bytes({3})));
+  EXPECT_EQ(Open().Get("gamma"), Bytes({2}));
+  EXPECT_EQ(Open().Get("presets"), Bytes({3}));
 }
 
 // A folder of the file's name stands for a place that can't be written, whoever runs the test.

@@ -203,10 +203,14 @@ void ViewerWindow::Maximize(bool on) {
   PostMessageW(native_->window, WM_SYSCOMMAND, on ? SC_MAXIMIZE : SC_RESTORE, 0);
 }
 
-// What the button of the title bar comes to. Its own message is dropped while a dialog is open, but
-// this one may come from any program.
+// The button of the title bar is dead while a dialog is open, but any program may send what it
+// comes to.
 void ViewerWindow::Close() {
-  PostMessageW(native_->window, WM_CLOSE, 0, 0);
+  if (IsWindowEnabled(native_->window) != 0) {
+    PostMessageW(native_->window, WM_SYSCOMMAND, SC_CLOSE, 0);
+  } else {
+    PostMessageW(native_->window, WM_CLOSE, 0, 0);
+  }
 }
 
 bool ViewerWindow::DialogsHoldClose() {
