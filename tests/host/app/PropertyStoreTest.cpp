@@ -81,6 +81,7 @@ TEST_F(Properties, DamagedFileIsKeptAsideAndTold) {
     EXPECT_FALSE(store.Get("gamma")) << damage;
     ASSERT_EQ(store.warnings().size(), 1u) << damage;
     EXPECT_EQ(TextOf(sidecar().string() + ".broken"), damage);
+    fs::remove(sidecar().string() + ".broken");
     EXPECT_TRUE(store.Set("gamma", Bytes({1})));
     EXPECT_EQ(Open().Get("gamma"), Bytes({1}));
   }
