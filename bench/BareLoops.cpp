@@ -166,4 +166,51 @@ BareRun RecordedOcclusion::Run(int threads) const {
   return run;
 }
 
+void RecordedFollowers::OnClosest(const RayPacket& packet) {
+  const std::lock_guard lock(mutex_);
+  for (int block = 0; block < kBlocks; ++block) {
+    Block out{};
+    bool any = false;
+    for (int i = 0; i < 8; ++i) {
+      const int lane = LaneOf(block, i);
+      // Primary rays have come no way yet.
+      if (packet.geometry[lane] < 0 || !(packet.distance[lane] > 0)) continue;
+      out.valid[i] = -1;
+      any = true;
+      for (int axis = 0; axis < 3; ++axis) {
+        out.origin[axis][i] = packet.position[axis][lane];
+        out.direction[axis][i] = packet.direction[axis][lane];
+      }
+    }
+    if (any) blocks_.push_back(out);
+  }
+}
+
+double RecordedFollowers::Run(int threads) const {
+  constexpr std::size_t kChunk = 64;
+  std::atomic<std::size_t> next{0};
+  return Timed(threads, [&] {
+    RTCIntersectContext context;
+    rtcInitIntersectContext(&context);
+    for (std::size_t first = next.fetch_add(kChunk); first < blocks_.size();
+         first = next.fetch_add(kChunk)) {
+      const std::size_t last = std::min(first + kChunk, blocks_.size());
+      for (std::size_t b = first; b < last; ++b) {
+        const Block& block = blocks_[b];
+        alignas(32) RTCRayHit8 query;
+        FillRays(query.ray, kInfinity);
+        std::copy_n(block.origin[0], 8, query.ray.org_x);
+        std::copy_n(block.origin[1], 8, query.ray.org_y);
+        std::copy_n(block.origin[2], 8, query.ray.org_z);
+        std::copy_n(block.direction[0], 8, query.ray.dir_x);
+        std::copy_n(block.direction[1], 8, query.ray.dir_y);
+        std::copy_n(block.direction[2], 8, query.ray.dir_z);
+        std::fill_n(query.hit.geomID, 8, RTC_INVALID_GEOMETRY_ID);
+        std::fill_n(query.hit.instID[0], 8, RTC_INVALID_GEOMETRY_ID);
+        rtcIntersect8(block.valid, scene_.EmbreeScene(), &context, &query);
+      }
+    }
+  });
+}
+
 }  // namespace qv::bench

@@ -72,4 +72,30 @@ class RecordedOcclusion : public TraceObserver {
   std::size_t rays_ = 0;
 };
 
+// The rays of a pass that go on from where others ended, behind glass for instance, taken down
+// while it runs, and nothing but rtcIntersect8 on them: the same packets in the same order.
+class RecordedFollowers : public TraceObserver {
+ public:
+  explicit RecordedFollowers(const RenderScene& scene) : scene_(scene) {}
+
+  void OnClosest(const RayPacket& packet) override;
+  void OnShadow(const LaneFloats (&)[3], const LaneFloats (&)[3], float, const LaneInts&) override {
+  }
+
+  void Clear() { blocks_.clear(); }
+  // Seconds with that many new threads.
+  double Run(int threads) const;
+
+ private:
+  struct Block {
+    alignas(32) int valid[8];
+    alignas(32) float origin[3][8];
+    alignas(32) float direction[3][8];
+  };
+
+  const RenderScene& scene_;
+  std::mutex mutex_;
+  std::vector<Block> blocks_;
+};
+
 }  // namespace qv::bench

@@ -15,6 +15,7 @@
 #include "ViewerProcess.h"
 #include "e2e/support/ViewerWindow.h"
 #include "platform/Clock.h"
+#include "render/frame/FrameEngine.h"
 
 namespace qv::bench {
 namespace {
@@ -137,17 +138,41 @@ class Walker {
   std::size_t finished_ = 0;  // antialiased pictures before the last step
 };
 
-// The shortest of a few times of the frame's primary rays alone.
-double BareSeconds(const RenderScene& scene, const RenderCamera& camera,
-                   const std::array<int, 2>& size) {
-  constexpr int kRuns = 3;
-  const int threads = static_cast<int>(std::thread::hardware_concurrency());
-  double seconds = std::numeric_limits<double>::infinity();
-  for (int run = 0; run < kRuns; ++run) {
-    seconds = std::min(seconds, BareIntersect(scene, camera, size[0], size[1], threads).seconds);
+// What the ray library alone takes for the frames of the walk.
+class BareFrames {
+ public:
+  BareFrames(const BenchScene& scene, const std::array<int, 2>& size)
+      : bare_(scene),
+        size_(size),
+        followers_(bare_.scene()),
+        engine_(bare_.device(), bare_.scene(), background_, threads_, 8) {
+    engine_.ResizeTargets(size[0], size[1], 2);
+    engine_.SetObserver(&followers_);
   }
-  return seconds;
-}
+
+  // The shortest of a few times of the rays of a preview: the primary ones, and those that go on
+  // behind glass.
+  double Seconds(const RenderCamera& camera) {
+    constexpr int kRuns = 3;
+    followers_.Clear();
+    engine_.StartRender(camera, ModePreview, false);
+    engine_.WaitUntilDone(std::nullopt);
+    double seconds = std::numeric_limits<double>::infinity();
+    for (int run = 0; run < kRuns; ++run) {
+      const BareRun primary = BareIntersect(bare_.scene(), camera, size_[0], size_[1], threads_);
+      seconds = std::min(seconds, primary.seconds + followers_.Run(threads_));
+    }
+    return seconds;
+  }
+
+ private:
+  const int threads_ = static_cast<int>(std::thread::hardware_concurrency());
+  BareScene bare_;
+  std::array<int, 2> size_;
+  RecordedFollowers followers_;
+  sky::Background background_;
+  FrameEngine engine_;
+};
 
 }  // namespace
 
@@ -156,9 +181,9 @@ std::optional<WalkFigures> MeasureWalk(const BenchScene& scene, const std::strin
   // The two are measured by turns: what else the machine does slows both down.
   constexpr std::size_t kStepsByTurns = 10;
   const std::vector<RenderCamera> walk = WalkThrough(scene);
-  const BareScene bare(scene);
   Walker walker;
   if (!walker.Start(scene, path) || !walker.Resize(width, height)) return std::nullopt;
+  BareFrames bare(scene, walker.size());
   std::vector<double> latencies, ratios;
   for (std::size_t first = 0; first < walk.size(); first += kStepsByTurns) {
     const std::size_t end = std::min(first + kStepsByTurns, walk.size());
@@ -169,7 +194,7 @@ std::optional<WalkFigures> MeasureWalk(const BenchScene& scene, const std::strin
     }
     if (!walker.Rest()) return std::nullopt;
     for (std::size_t i = first; i < end; ++i) {
-      ratios.push_back(latencies[i] / BareSeconds(bare.scene(), walk[i], walker.size()));
+      ratios.push_back(latencies[i] / bare.Seconds(walk[i]));
     }
   }
   std::sort(ratios.begin(), ratios.end());

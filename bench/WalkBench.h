@@ -8,7 +8,8 @@
 namespace qv::bench {
 
 // How soon the real viewer shows what a moving camera sees: seconds from the camera's command to
-// the painted picture, as ratios to the seconds of bare rtcIntersect8 on the same primary rays.
+// the painted picture, as ratios to the seconds of bare rtcIntersect8 on the rays of the same
+// frames.
 struct WalkFigures {
   int width = 0, height = 0;  // of the pictures
   double medianRatio = 0;
