@@ -23,12 +23,15 @@ class QuartersTest : public ViewerTest {
     ASSERT_TRUE(SettlesTo(kQuarters));
   }
 
-  // What the log tells may be a moment ahead of the screen.
+  // What the log tells may be a moment ahead of the screen, which still shows the picture before.
   bool SettlesTo(const std::vector<std::string>& quarters) {
     return Eventually([&] {
+      const Screenshot earlier = window_->Shoot();
+      std::this_thread::sleep_for(std::chrono::milliseconds(200));
       shot_ = window_->Shoot();
       area_ = FindPicture(shot_);
-      return area_.width > 0 && QuarterColours(shot_, area_) == quarters;
+      return area_.width > 0 && QuarterColours(shot_, area_) == quarters &&
+             DifferentPixels(earlier) == 0;
     });
   }
 
