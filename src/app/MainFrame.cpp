@@ -191,9 +191,18 @@ void MainFrame::ShowFirst() {
 }
 
 void MainFrame::CatchUpWithClose() {
-  if (waiting_ || showing_ || closing_ || IsPlaying() || !openDialogs_.empty()) return;
-  if (!std::exchange(closeAsked_, false)) return;
+  if (!closeAsked_ || waiting_ || showing_ || closing_ || IsPlaying()) return;
+  if (!openDialogs_.empty()) {
+    EndLastDialog();
+    return;
+  }
+  closeAsked_ = false;
   CallAfter([this] { Close(true); });
+}
+
+// The handler that shows it asks for the close again.
+void MainFrame::EndLastDialog() {
+  if (openDialogs_.back()->IsModal()) openDialogs_.back()->EndModal(wxID_CANCEL);
 }
 
 void MainFrame::OnClose(wxCloseEvent& event) {
@@ -206,7 +215,7 @@ void MainFrame::OnClose(wxCloseEvent& event) {
     // The handler that shows it needs the frame: first the dialog goes.
     closeAsked_ = true;
     if (event.CanVeto()) event.Veto();
-    if (openDialogs_.back()->IsModal()) openDialogs_.back()->EndModal(wxID_CANCEL);
+    EndLastDialog();
     return;
   }
   if (IsPlaying()) {

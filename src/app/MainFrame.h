@@ -168,6 +168,7 @@ class MainFrame : public FrameWindow, public IQuorvane, private PanelSite {
   void FollowViewSize();
   // Closes the frame soon if that was asked for while it could not be done.
   void CatchUpWithClose();
+  void EndLastDialog();
   // Disables or enables all that is in the frame.
   void EnableContents(bool enable);
   void SetInteractive(bool interactive);
