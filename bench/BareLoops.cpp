@@ -33,6 +33,16 @@ void FillRays(RTCRay8& ray, float tfar) {
   }
 }
 
+void FillRays(RTCRay8& ray, const RayRecord::Block& block) {
+  FillRays(ray, block.tfar);
+  std::copy_n(block.origin[0], 8, ray.org_x);
+  std::copy_n(block.origin[1], 8, ray.org_y);
+  std::copy_n(block.origin[2], 8, ray.org_z);
+  std::copy_n(block.direction[0], 8, ray.dir_x);
+  std::copy_n(block.direction[1], 8, ray.dir_y);
+  std::copy_n(block.direction[2], 8, ray.dir_z);
+}
+
 template <class Work>
 double Timed(int threads, const Work& work) {
   const double start = platform::NowSeconds();
@@ -109,106 +119,89 @@ BareRun BareIntersect(const RenderScene& scene, const RenderCamera& camera, int 
   return run;
 }
 
-RecordedOcclusion::RecordedOcclusion(const RenderScene& scene, float footprintScale)
-    : scene_(scene), footprintScale_(footprintScale) {}
-
-void RecordedOcclusion::OnClosest(const RayPacket&) {}
-
-void RecordedOcclusion::OnShadow(const LaneFloats (&origin)[3], const LaneFloats (&d)[3],
-                                 float tfar, const LaneInts& mask) {
-  if (finished_) return;
+void RayRecord::Add(const LaneFloats (&origin)[3], const LaneFloats (&direction)[3], float tfar,
+                    const LaneInts& active) {
   const std::lock_guard lock(mutex_);
-  for (int block = 0; block < 8; ++block) {
+  for (int block = 0; block < kBlocks; ++block) {
     Block out{};
-    int valid = 0;
+    std::size_t valid = 0;
     for (int i = 0; i < 8; ++i) {
       const int lane = LaneOf(block, i);
-      if (mask[lane] < 0) continue;
+      if (active[lane] == 0) continue;
       out.valid[i] = -1;
       ++valid;
       for (int axis = 0; axis < 3; ++axis) {
         out.origin[axis][i] = origin[axis][lane];
-        out.direction[axis][i] = d[axis][lane];
+        out.direction[axis][i] = direction[axis][lane];
       }
     }
     if (valid == 0) continue;
     out.tfar = tfar;
     blocks_.push_back(out);
-    rays_ += static_cast<std::size_t>(valid);
+    rays_ += valid;
   }
 }
 
-BareRun RecordedOcclusion::Run(int threads) const {
+void RayRecord::Clear() {
+  blocks_.clear();
+  rays_ = 0;
+}
+
+BareRun RayRecord::Run(int threads,
+                       const std::function<void(std::span<const Block>)>& trace) const {
   constexpr std::size_t kChunk = 64;
   std::atomic<std::size_t> next{0};
+  const std::span<const Block> all(blocks_);
   BareRun run;
   run.rays = rays_;
   run.seconds = Timed(threads, [&] {
-    for (std::size_t first = next.fetch_add(kChunk); first < blocks_.size();
+    for (std::size_t first = next.fetch_add(kChunk); first < all.size();
          first = next.fetch_add(kChunk)) {
-      const std::size_t last = std::min(first + kChunk, blocks_.size());
-      for (std::size_t b = first; b < last; ++b) {
-        const Block& block = blocks_[b];
-        alignas(32) RTCRay8 ray;
-        FillRays(ray, block.tfar);
-        std::copy_n(block.origin[0], 8, ray.org_x);
-        std::copy_n(block.origin[1], 8, ray.org_y);
-        std::copy_n(block.origin[2], 8, ray.org_z);
-        std::copy_n(block.direction[0], 8, ray.dir_x);
-        std::copy_n(block.direction[1], 8, ray.dir_y);
-        std::copy_n(block.direction[2], 8, ray.dir_z);
-        ShadowContext context;
-        InitShadowContext(context, scene_, footprintScale_);
-        rtcOccluded8(block.valid, scene_.EmbreeScene(), &context.context, &ray);
-      }
+      trace(all.subspan(first, std::min(kChunk, all.size() - first)));
     }
   });
   return run;
 }
 
-void RecordedFollowers::OnClosest(const RayPacket& packet) {
-  const std::lock_guard lock(mutex_);
-  for (int block = 0; block < kBlocks; ++block) {
-    Block out{};
-    bool any = false;
-    for (int i = 0; i < 8; ++i) {
-      const int lane = LaneOf(block, i);
-      // Primary rays have come no way yet.
-      if (packet.geometry[lane] < 0 || !(packet.distance[lane] > 0)) continue;
-      out.valid[i] = -1;
-      any = true;
-      for (int axis = 0; axis < 3; ++axis) {
-        out.origin[axis][i] = packet.position[axis][lane];
-        out.direction[axis][i] = packet.direction[axis][lane];
-      }
-    }
-    if (any) blocks_.push_back(out);
-  }
+void RecordedOcclusion::OnShadow(const LaneFloats (&origin)[3], const LaneFloats (&d)[3],
+                                 float tfar, const LaneInts& mask) {
+  if (finished_) return;
+  alignas(64) LaneInts active;
+  for (int lane = 0; lane < kLanes; ++lane) active[lane] = mask[lane] >= 0 ? -1 : 0;
+  record_.Add(origin, d, tfar, active);
 }
 
-double RecordedFollowers::Run(int threads) const {
-  constexpr std::size_t kChunk = 64;
-  std::atomic<std::size_t> next{0};
-  return Timed(threads, [&] {
+BareRun RecordedOcclusion::Run(int threads) const {
+  return record_.Run(threads, [this](std::span<const RayRecord::Block> blocks) {
+    for (const RayRecord::Block& block : blocks) {
+      alignas(32) RTCRay8 ray;
+      FillRays(ray, block);
+      ShadowContext context;
+      InitShadowContext(context, scene_, footprintScale_);
+      rtcOccluded8(block.valid, scene_.EmbreeScene(), &context.context, &ray);
+    }
+  });
+}
+
+void RecordedFollowers::OnClosest(const RayPacket& packet) {
+  alignas(64) LaneInts active;
+  for (int lane = 0; lane < kLanes; ++lane) {
+    // Primary rays have come no way yet.
+    active[lane] = packet.geometry[lane] >= 0 && packet.distance[lane] > 0 ? -1 : 0;
+  }
+  record_.Add(packet.position, packet.direction, kInfinity, active);
+}
+
+BareRun RecordedFollowers::Run(int threads) const {
+  return record_.Run(threads, [this](std::span<const RayRecord::Block> blocks) {
     RTCIntersectContext context;
     rtcInitIntersectContext(&context);
-    for (std::size_t first = next.fetch_add(kChunk); first < blocks_.size();
-         first = next.fetch_add(kChunk)) {
-      const std::size_t last = std::min(first + kChunk, blocks_.size());
-      for (std::size_t b = first; b < last; ++b) {
-        const Block& block = blocks_[b];
-        alignas(32) RTCRayHit8 query;
-        FillRays(query.ray, kInfinity);
-        std::copy_n(block.origin[0], 8, query.ray.org_x);
-        std::copy_n(block.origin[1], 8, query.ray.org_y);
-        std::copy_n(block.origin[2], 8, query.ray.org_z);
-        std::copy_n(block.direction[0], 8, query.ray.dir_x);
-        std::copy_n(block.direction[1], 8, query.ray.dir_y);
-        std::copy_n(block.direction[2], 8, query.ray.dir_z);
-        std::fill_n(query.hit.geomID, 8, RTC_INVALID_GEOMETRY_ID);
-        std::fill_n(query.hit.instID[0], 8, RTC_INVALID_GEOMETRY_ID);
-        rtcIntersect8(block.valid, scene_.EmbreeScene(), &context, &query);
-      }
+    for (const RayRecord::Block& block : blocks) {
+      alignas(32) RTCRayHit8 query;
+      FillRays(query.ray, block);
+      std::fill_n(query.hit.geomID, 8, RTC_INVALID_GEOMETRY_ID);
+      std::fill_n(query.hit.instID[0], 8, RTC_INVALID_GEOMETRY_ID);
+      rtcIntersect8(block.valid, scene_.EmbreeScene(), &context, &query);
     }
   });
 }

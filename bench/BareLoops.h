@@ -2,7 +2,9 @@
 
 #include <atomic>
 #include <cstddef>
+#include <functional>
 #include <mutex>
+#include <span>
 #include <vector>
 
 #include "Scenes.h"
@@ -40,14 +42,38 @@ class BareScene {
 BareRun BareIntersect(const RenderScene& scene, const RenderCamera& camera, int width, int height,
                       int threads);
 
-// The occlusion rays of a pass, taken down while it runs, and nothing but rtcOccluded8 on them,
-// with the engine's filter: the same packets in the same order, with the lanes that the engine
-// leaves out left out too.
+// Rays of a pass, taken down packet by packet while it runs, to be traced once more by a bare loop:
+// the same packets in the same order, without the lanes that the engine leaves out.
+class RayRecord {
+ public:
+  struct Block {
+    alignas(32) int valid[8];
+    alignas(32) float origin[3][8];
+    alignas(32) float direction[3][8];
+    float tfar;
+  };
+
+  // Adds the lanes whose words in `active` are not 0; blocks without any are left out. Any thread.
+  void Add(const LaneFloats (&origin)[3], const LaneFloats (&direction)[3], float tfar,
+           const LaneInts& active);
+  void Clear();
+
+  // Traces all blocks with that many new threads; `trace` gets a few at a time, on each of them.
+  BareRun Run(int threads, const std::function<void(std::span<const Block>)>& trace) const;
+
+ private:
+  std::mutex mutex_;
+  std::vector<Block> blocks_;
+  std::size_t rays_ = 0;
+};
+
+// The occlusion rays of a pass, and nothing but rtcOccluded8 on them with the engine's filter.
 class RecordedOcclusion : public TraceObserver {
  public:
-  RecordedOcclusion(const RenderScene& scene, float footprintScale);
+  RecordedOcclusion(const RenderScene& scene, float footprintScale)
+      : scene_(scene), footprintScale_(footprintScale) {}
 
-  void OnClosest(const RayPacket& packet) override;
+  void OnClosest(const RayPacket&) override {}
   void OnShadow(const LaneFloats (&origin)[3], const LaneFloats (&d)[3], float tfar,
                 const LaneInts& mask) override;
 
@@ -57,23 +83,14 @@ class RecordedOcclusion : public TraceObserver {
   BareRun Run(int threads) const;
 
  private:
-  struct Block {
-    alignas(32) int valid[8];
-    alignas(32) float origin[3][8];
-    alignas(32) float direction[3][8];
-    float tfar;
-  };
-
   const RenderScene& scene_;
   float footprintScale_;
   std::atomic<bool> finished_{false};
-  std::mutex mutex_;
-  std::vector<Block> blocks_;
-  std::size_t rays_ = 0;
+  RayRecord record_;
 };
 
-// The rays of a pass that go on from where others ended, behind glass for instance, taken down
-// while it runs, and nothing but rtcIntersect8 on them: the same packets in the same order.
+// The rays of a pass that go on from where others ended, behind glass for instance, and nothing
+// but rtcIntersect8 on them.
 class RecordedFollowers : public TraceObserver {
  public:
   explicit RecordedFollowers(const RenderScene& scene) : scene_(scene) {}
@@ -82,20 +99,12 @@ class RecordedFollowers : public TraceObserver {
   void OnShadow(const LaneFloats (&)[3], const LaneFloats (&)[3], float, const LaneInts&) override {
   }
 
-  void Clear() { blocks_.clear(); }
-  // Seconds with that many new threads.
-  double Run(int threads) const;
+  void Clear() { record_.Clear(); }
+  BareRun Run(int threads) const;
 
  private:
-  struct Block {
-    alignas(32) int valid[8];
-    alignas(32) float origin[3][8];
-    alignas(32) float direction[3][8];
-  };
-
   const RenderScene& scene_;
-  std::mutex mutex_;
-  std::vector<Block> blocks_;
+  RayRecord record_;
 };
 
 }  // namespace qv::bench

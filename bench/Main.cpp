@@ -1,7 +1,9 @@
-// quorvane-bench [--json FILE] [--model FILE] [--room FILE] [--size WxH] [--instructions NAME]:
+// quorvane-bench [--json FILE] [--model FILE] [--room FILE] [--size WxH] [--instructions NAME]
+//   [--only house|room|million|viewer|walk]:
 // what the renderer makes of the processor, as ratios to bare loops over the ray library in the
 // same run.
-#include <climits>
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -19,11 +21,16 @@ namespace {
 
 using namespace qv::bench;
 
+constexpr std::array<const char*, 5> kParts{"house", "room", "million", "viewer", "walk"};
+
 struct Options {
   std::string json;
   std::string house = "/usr/share/assimp/models/IFC/AC14-FZK-Haus.ifc";
   std::string room = QUORVANE_DEMO "/living-room.json";
   std::string instructions;  // the best set that may be used; empty for any
+  std::string only;          // one of kParts; empty for all
+
+  bool Asks(const char* part) const { return only.empty() || only == part; }
   int width = 1280;
   int height = 720;
 };
@@ -42,6 +49,8 @@ std::optional<Options> ParseOptions(int argc, char** argv) {
       options.room = value;
     } else if (name == "--instructions") {
       options.instructions = value;
+    } else if (name == "--only" && std::ranges::count(kParts, std::string(value)) > 0) {
+      options.only = value;
     } else if (name == "--size" &&
                std::sscanf(value, "%dx%d", &options.width, &options.height) == 2) {
       if (options.width < 1 || options.height < 1) return std::nullopt;
@@ -96,11 +105,39 @@ bool MeasureWalking(const BenchScene& scene, const std::string& viewer, const Op
     std::fprintf(stderr, "quorvane-bench: no walk through %s\n", scene.name.c_str());
     return false;
   }
-  std::printf(
-      "walk     %4dx%d: a step is on the screen after %.4f s, %.2f (99%%: %.2f) of bare rays\n",
-      f->width, f->height, f->medianSeconds, f->medianRatio, f->p99Ratio);
-  figures.emplace_back("walk.latency.median_ratio", f->medianRatio);
-  figures.emplace_back("walk.latency.p99_ratio", f->p99Ratio);
+  std::printf("walk     %4dx%d: a step is on the screen after %.4f s\n", f->width, f->height,
+              f->medianSeconds);
+  std::printf("%-8s %.2f (99%%: %.2f) of bare rays, %.2f (99%%: %.2f) of the primary ones alone\n",
+              "", f->toAllRays.median, f->toAllRays.p99, f->toPrimaryRays.median,
+              f->toPrimaryRays.p99);
+  figures.emplace_back("walk.latency.median_ratio", f->toAllRays.median);
+  figures.emplace_back("walk.latency.p99_ratio", f->toAllRays.p99);
+  figures.emplace_back("walk.latency.primary.median_ratio", f->toPrimaryRays.median);
+  figures.emplace_back("walk.latency.primary.p99_ratio", f->toPrimaryRays.p99);
+  return true;
+}
+
+// False if a model cannot be read or the viewer does not come up.
+bool MeasureAll(const Options& options, const char* program, Figures& figures) {
+  const auto viewer = std::filesystem::absolute(program).parent_path() / "quorvane";
+  if (options.Asks("house") || options.Asks("walk")) {
+    const auto house = ModelScene("house", options.house);
+    if (!house) return false;
+    if (options.Asks("house")) MeasureScene(*house, options, figures);
+    if (options.Asks("walk") && !MeasureWalking(*house, viewer.string(), options, figures)) {
+      return false;
+    }
+  }
+  if (options.Asks("room")) {
+    const auto room = ModelScene("room", options.room);
+    if (!room) return false;
+    MeasureScene(*room, options, figures);
+  }
+  if (options.Asks("million") || options.Asks("viewer")) {
+    const BenchScene million = MillionTriangles();
+    if (options.Asks("million")) MeasureScene(million, options, figures);
+    if (options.Asks("viewer")) return MeasureInViewer(million, viewer.string(), figures);
+  }
   return true;
 }
 
@@ -111,7 +148,8 @@ int main(int argc, char** argv) {
   if (!options) {
     std::fprintf(stderr,
                  "usage: quorvane-bench [--json FILE] [--model FILE] [--room FILE] [--size WxH]\n"
-                 "                      [--instructions NAME]\n");
+                 "                      [--instructions NAME]\n"
+                 "                      [--only house|room|million|viewer|walk]\n");
     return 2;
   }
   if (!options->instructions.empty() && !qv::LimitVectorInstructionSet(options->instructions)) {
@@ -121,17 +159,7 @@ int main(int argc, char** argv) {
   }
   std::printf("vector operations: %s\n", qv::VectorInstructionSet());
   Figures figures;
-  const auto house = ModelScene("house", options->house);
-  if (!house) return 1;
-  MeasureScene(*house, *options, figures);
-  const auto room = ModelScene("room", options->room);
-  if (!room) return 1;
-  MeasureScene(*room, *options, figures);
-  const BenchScene million = MillionTriangles();
-  MeasureScene(million, *options, figures);
-  const auto viewer = std::filesystem::absolute(argv[0]).parent_path() / "quorvane";
-  const bool shown = MeasureInViewer(million, viewer.string(), figures) &&
-                     MeasureWalking(*house, viewer.string(), *options, figures);
+  const bool shown = MeasureAll(*options, argv[0], figures);
   if (!options->json.empty() && !WriteJson(figures, options->json)) {
     std::fprintf(stderr, "quorvane-bench: cannot write %s\n", options->json.c_str());
     return 1;

@@ -138,7 +138,12 @@ class Walker {
   std::size_t finished_ = 0;  // antialiased pictures before the last step
 };
 
-// What the ray library alone takes for the frames of the walk.
+// Seconds that the ray library alone takes for a frame.
+struct BareSeconds {
+  double primary = 0;
+  double followers = 0;  // the rays that go on behind glass
+};
+
 class BareFrames {
  public:
   BareFrames(const BenchScene& scene, const std::array<int, 2>& size)
@@ -150,19 +155,20 @@ class BareFrames {
     engine_.SetObserver(&followers_);
   }
 
-  // The shortest of a few times of the rays of a preview: the primary ones, and those that go on
-  // behind glass.
-  double Seconds(const RenderCamera& camera) {
+  // The shortest of a few times of the rays of a preview.
+  BareSeconds Measure(const RenderCamera& camera) {
     constexpr int kRuns = 3;
+    constexpr double kNever = std::numeric_limits<double>::infinity();
     followers_.Clear();
     engine_.StartRender(camera, ModePreview, false);
     engine_.WaitUntilDone(std::nullopt);
-    double seconds = std::numeric_limits<double>::infinity();
+    BareSeconds bare{kNever, kNever};
     for (int run = 0; run < kRuns; ++run) {
       const BareRun primary = BareIntersect(bare_.scene(), camera, size_[0], size_[1], threads_);
-      seconds = std::min(seconds, primary.seconds + followers_.Run(threads_));
+      bare.primary = std::min(bare.primary, primary.seconds);
+      bare.followers = std::min(bare.followers, followers_.Run(threads_).seconds);
     }
-    return seconds;
+    return bare;
   }
 
  private:
@@ -174,6 +180,16 @@ class BareFrames {
   FrameEngine engine_;
 };
 
+// The least value that `share` of all do not exceed.
+double Quantile(std::vector<double> values, double share) {
+  std::sort(values.begin(), values.end());
+  return values[static_cast<std::size_t>(static_cast<double>(values.size() - 1) * share)];
+}
+
+WalkRatios RatiosOf(const std::vector<double>& values) {
+  return {Quantile(values, 0.5), Quantile(values, 0.99)};
+}
+
 }  // namespace
 
 std::optional<WalkFigures> MeasureWalk(const BenchScene& scene, const std::string& path, int width,
@@ -184,7 +200,7 @@ std::optional<WalkFigures> MeasureWalk(const BenchScene& scene, const std::strin
   Walker walker;
   if (!walker.Start(scene, path) || !walker.Resize(width, height)) return std::nullopt;
   BareFrames bare(scene, walker.size());
-  std::vector<double> latencies, ratios;
+  std::vector<double> latencies, toPrimary, toAll;
   for (std::size_t first = 0; first < walk.size(); first += kStepsByTurns) {
     const std::size_t end = std::min(first + kStepsByTurns, walk.size());
     for (std::size_t i = first; i < end; ++i) {
@@ -194,17 +210,17 @@ std::optional<WalkFigures> MeasureWalk(const BenchScene& scene, const std::strin
     }
     if (!walker.Rest()) return std::nullopt;
     for (std::size_t i = first; i < end; ++i) {
-      ratios.push_back(latencies[i] / bare.Seconds(walk[i]));
+      const BareSeconds seconds = bare.Measure(walk[i]);
+      toPrimary.push_back(latencies[i] / seconds.primary);
+      toAll.push_back(latencies[i] / (seconds.primary + seconds.followers));
     }
   }
-  std::sort(ratios.begin(), ratios.end());
-  std::sort(latencies.begin(), latencies.end());
   WalkFigures figures;
   figures.width = walker.size()[0];
   figures.height = walker.size()[1];
-  figures.medianRatio = ratios[ratios.size() / 2];
-  figures.p99Ratio = ratios[ratios.size() * 99 / 100];
-  figures.medianSeconds = latencies[latencies.size() / 2];
+  figures.toPrimaryRays = RatiosOf(toPrimary);
+  figures.toAllRays = RatiosOf(toAll);
+  figures.medianSeconds = Quantile(latencies, 0.5);
   return figures;
 }
 

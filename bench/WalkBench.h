@@ -7,13 +7,18 @@
 
 namespace qv::bench {
 
+// Ratios of a step's seconds to bare ones, over all steps.
+struct WalkRatios {
+  double median = 0;
+  double p99 = 0;
+};
+
 // How soon the real viewer shows what a moving camera sees: seconds from the camera's command to
-// the painted picture, as ratios to the seconds of bare rtcIntersect8 on the rays of the same
-// frames.
+// the painted picture, as ratios to the seconds of bare rtcIntersect8 on rays of the same frames.
 struct WalkFigures {
   int width = 0, height = 0;  // of the pictures
-  double medianRatio = 0;
-  double p99Ratio = 0;
+  WalkRatios toAllRays;       // of the preview: those that go on behind glass, too
+  WalkRatios toPrimaryRays;   // only those that leave the eye
   double medianSeconds = 0;
 };
 

@@ -94,16 +94,7 @@ bool TilePass::IsWanted(const TilePosition& tile) const {
 }
 
 void TilePass::TraceTile(const TilePosition& tile, RayPacket& packet, ShadeThread& thread) const {
-  const PixelRays& rays = setup_.target->rays;
-  for (auto& channel : packet.color) std::fill_n(channel, kLanes, 0.0f);
-  std::fill_n(packet.distance, kLanes, 0.0f);
-  std::fill_n(packet.throughput, kLanes, 1.0f);
-  std::fill_n(packet.iorTo, kLanes, 1.0f);
-  std::fill_n(packet.t, kLanes, kUnlimited);
-  std::fill_n(packet.geometry, kLanes, 0);
-  for (int axis = 0; axis < 3; ++axis) std::fill_n(packet.position[axis], kLanes, rays.eye[axis]);
-  TileDirections(rays, tile.x * kTileSide, tile.y * kTileSide, packet.direction);
-  NormaliseDirections(packet.direction);
+  StartPrimaryRays(setup_.target->rays, tile.x * kTileSide, tile.y * kTileSide, packet);
   TraceClosest(setup_.in->trace, packet);
   ShadePacket(*setup_.in, packet, thread, 0, false);
 }

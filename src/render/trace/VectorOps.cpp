@@ -107,6 +107,24 @@ void NormaliseDirections(LaneFloats (&v)[3]) {
   });
 }
 
+void StartPrimaryRays(const PixelRays& rays, int x, int y, RayPacket& packet) {
+  const Floats d;
+  const Ints di;
+  const V3 eye = Splat3(rays.eye);
+  const V one = hn::Set(d, 1.0f);
+  HWY_NAMESPACE::TileDirections(rays, x, y, packet.direction);
+  HWY_NAMESPACE::NormaliseDirections(packet.direction);
+  ForLanes([&](int i) HWY_ATTR {
+    Store3({hn::Zero(d), hn::Zero(d), hn::Zero(d)}, packet.color, i);
+    Store3(eye, packet.position, i);
+    hn::Store(hn::Zero(d), d, packet.distance + i);
+    hn::Store(one, d, packet.throughput + i);
+    hn::Store(one, d, packet.iorTo + i);
+    hn::Store(hn::Set(d, kUnlimited), d, packet.t + i);
+    hn::Store(hn::Zero(di), di, packet.geometry + i);
+  });
+}
+
 void NormaliseNormals(LaneFloats (&v)[3], const LaneInts& mask) {
   const Floats d;
   ForLanes([&](int i) HWY_ATTR {
@@ -252,6 +270,7 @@ HWY_AFTER_NAMESPACE();
 namespace qv {
 
 HWY_EXPORT(TileDirections);
+HWY_EXPORT(StartPrimaryRays);
 HWY_EXPORT(StoreTile);
 HWY_EXPORT(NormaliseDirections);
 HWY_EXPORT(NormaliseNormals);
@@ -268,6 +287,10 @@ HWY_EXPORT(VectorInstructionSet);
 
 void TileDirections(const PixelRays& rays, int x, int y, LaneFloats (&direction)[3]) {
   HWY_DYNAMIC_DISPATCH(TileDirections)(rays, x, y, direction);
+}
+
+void StartPrimaryRays(const PixelRays& rays, int x, int y, RayPacket& packet) {
+  HWY_DYNAMIC_DISPATCH(StartPrimaryRays)(rays, x, y, packet);
 }
 
 void StoreTile(const LaneFloats (&color)[3], float* rows, std::size_t stride) {

@@ -15,6 +15,10 @@ namespace qv {
 // Unnormalised directions of the primary rays of a tile whose first pixel is (x, y).
 void TileDirections(const PixelRays& rays, int x, int y, LaneFloats (&direction)[3]);
 
+// A packet about to leave the eye through the pixels of the tile whose first one is (x, y): black,
+// with unit directions; what hits and materials fill stays as it is.
+void StartPrimaryRays(const PixelRays& rays, int x, int y, RayPacket& packet);
+
 // The colours of a whole tile, row by row, into pixels of three floats; rows are `stride` floats
 // apart.
 void StoreTile(const LaneFloats (&color)[3], float* rows, std::size_t stride);
