@@ -190,38 +190,28 @@ void MainFrame::ShowFirst() {
   CatchUpWithClose();
 }
 
+bool MainFrame::MustFinishFirst() const {
+  return waiting_ || showing_ || closing_ || !openDialogs_.empty() || IsPlaying();
+}
+
 void MainFrame::CatchUpWithClose() {
-  if (!closeAsked_ || waiting_ || showing_ || closing_ || IsPlaying()) return;
+  if (!closeAsked_ || waiting_ || showing_ || closing_) return;
+  // Before what plays: that may lie below the dialog on the stack. The handler that shows the
+  // dialog needs the frame, and asks for the close again.
   if (!openDialogs_.empty()) {
-    EndLastDialog();
+    if (openDialogs_.back()->IsModal()) openDialogs_.back()->EndModal(wxID_CANCEL);
     return;
   }
+  if (IsPlaying()) return;
   closeAsked_ = false;
   CallAfter([this] { Close(true); });
 }
 
-// The handler that shows it asks for the close again.
-void MainFrame::EndLastDialog() {
-  if (openDialogs_.back()->IsModal()) openDialogs_.back()->EndModal(wxID_CANCEL);
-}
-
 void MainFrame::OnClose(wxCloseEvent& event) {
-  if (waiting_ || showing_ || closing_) {
+  if (MustFinishFirst()) {
     closeAsked_ = true;
     if (event.CanVeto()) event.Veto();
-    return;
-  }
-  if (!openDialogs_.empty()) {
-    // The handler that shows it needs the frame: first the dialog goes.
-    closeAsked_ = true;
-    if (event.CanVeto()) event.Veto();
-    EndLastDialog();
-    return;
-  }
-  if (IsPlaying()) {
-    // What plays is on the stack: it ends first.
-    closeAsked_ = true;
-    if (event.CanVeto()) event.Veto();
+    CatchUpWithClose();
     return;
   }
   if (capture_) {

@@ -166,9 +166,11 @@ class MainFrame : public FrameWindow, public IQuorvane, private PanelSite {
   void ResizeTargets(RaytraceImpl& renderer, int antialiasIndex);
   // After a change of size: the picture once more, if its size is no longer that of the view.
   void FollowViewSize();
-  // Closes the frame soon if that was asked for while it could not be done.
+  // Whether something is on the stack that a close would take the frame away from.
+  bool MustFinishFirst() const;
+  // Closes the frame soon if that was asked for while it could not be done, or ends the dialog that
+  // still stands in the way.
   void CatchUpWithClose();
-  void EndLastDialog();
   // Disables or enables all that is in the frame.
   void EnableContents(bool enable);
   void SetInteractive(bool interactive);

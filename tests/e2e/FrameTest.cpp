@@ -133,6 +133,17 @@ TEST_F(Frame, ComesBackToItsPlace) {
   expectBack();
 }
 
+TEST_F(Frame, ShowsTheHostsCameraBehindAnOpenMenu) {
+  ASSERT_NO_FATAL_FAILURE(ShowQuarters());
+  ASSERT_TRUE(window_->OpenMenu());
+  // Until nothing of that is left which makes the window look for events.
+  std::this_thread::sleep_for(std::chrono::milliseconds(1000));
+  const std::size_t known = FinalPictures();
+  ASSERT_TRUE(host_->link().SetCamera(QuarterCamera(), true));
+  EXPECT_TRUE(log_.WaitFor("picture shown: antialiased", known, kSoon));
+  window_->CloseMenu();
+}
+
 TEST_F(Frame, OutlivesACloseWithADialogOpen) {
   ASSERT_NO_FATAL_FAILURE(ShowQuarters());
   PressWithControl(',');

@@ -33,13 +33,14 @@ void FrameWindow::QueueEventAndWake(wxEvent* event) {
 }
 
 // The library's own yield takes messages that it is not to handle out of the queue and posts them
-// again without their window, so that nobody gets them. Messages that other threads send are
-// handled here too.
+// again without their window, so that nobody gets them; and it handles queued events whenever a
+// message is taken out. A paint message need not be: it is gone when the window has been painted.
+// Messages that other threads send are handled here too.
 void FrameWindow::YieldToWindows() {
   MSG message;
   for (int left = kMostPaintedAtOnce;
        left > 0 &&
-       ::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_PAINT | PM_QS_SENDMESSAGE) != 0;
+       ::PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_PAINT | PM_QS_SENDMESSAGE) != 0;
        --left) {
     ::DispatchMessageW(&message);
   }
@@ -47,6 +48,20 @@ void FrameWindow::YieldToWindows() {
 
 void* FrameWindow::NativeHandle() const {
   return GetHWND();
+}
+
+// What another program sends, and does not post, comes in the middle of whatever this thread waits
+// for, an answer of the host included, which closing would take away. It gets its turn instead.
+WXLRESULT FrameWindow::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) {
+  if (message == WM_CLOSE) {
+    if (::InSendMessage() != 0) {
+      ::PostMessageW(GetHWND(), WM_CLOSE, 0, 0);
+      return 0;
+    }
+    // The library's own loop destroys the frame, which it cannot while a menu has the thread.
+    ::EndMenu();
+  }
+  return _MainFrame::MSWWindowProc(message, wParam, lParam);
 }
 
 WXLRESULT FrameWindow::MSWDefWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) {

@@ -32,6 +32,7 @@ class FrameWindow : public _MainFrame {
   // What the renderer is given as the window handle.
   void* NativeHandle() const;
 
+  WXLRESULT MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) override;
   WXLRESULT MSWDefWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) override;
 };
 
