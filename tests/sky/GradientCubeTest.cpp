@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <random>
 
 #include "sky/GradientCube.h"
@@ -17,20 +16,6 @@ const CubeFaces& Cube() {
   return *cube;
 }
 
-float Luminance(const Vec3& color) {
-  return color.dot(Vec3(0.2126f, 0.7152f, 0.0722f));
-}
-
-TEST(GradientCube, IsBlueOverheadPaleAtTheHorizonDarkerBelow) {
-  const Vec3 zenith = Cube().Sample({0, 0, 1});
-  const Vec3 horizon = Cube().Sample({0.3f, 1, 0.05f});
-  const Vec3 ground = Cube().Sample({0.3f, 1, -0.5f});
-  EXPECT_GT(zenith.z(), 1.5f * zenith.x());
-  EXPECT_GT(horizon.minCoeff(), 0.75f);
-  EXPECT_GT(Luminance(horizon), Luminance(zenith) + 0.2f);
-  EXPECT_LT(Luminance(ground), Luminance(horizon) - 0.2f);
-}
-
 // A face that is turned, mirrored or upside down shows as a colour of another elevation. A pixel is
 // 0.1 degrees high; the steepest part of the gradient, the end of the ground, changes by 0.02 over
 // it.
@@ -42,13 +27,6 @@ TEST(GradientCube, ShowsTheSameSkyAllAround) {
     const Vec3 expected = GradientColor(direction.z() / direction.norm());
     const Vec3 got = Cube().Sample(direction);
     ASSERT_LT((got - expected).cwiseAbs().maxCoeff(), 0.025f) << direction.transpose();
-  }
-}
-
-TEST(GradientCube, IsOpaque) {
-  for (const auto& face : Cube().pixels) {
-    ASSERT_EQ(face.size(), std::size_t{1024} * 1024 * 4);
-    for (std::size_t i = 3; i < face.size(); i += 4) ASSERT_EQ(face[i], 255);
   }
 }
 

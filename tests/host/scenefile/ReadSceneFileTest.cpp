@@ -46,41 +46,25 @@ TEST(ReadSceneFile, GivesLengthsInInchesAndAnglesInRadians) {
 
   ASSERT_EQ(file.models.size(), 2u);
   const SceneFileModel& chair = file.models[0];
-  EXPECT_EQ(file.archives.at("cc0").path, "a.zip");
-  EXPECT_EQ(chair.file.archive, "cc0");
   EXPECT_EQ(chair.load.unit, LengthUnit::kMillimetre);
-  EXPECT_EQ(chair.load.up, UpAxis::kX);
   EXPECT_TRUE(chair.at.isApprox(Vec3(100, 0, -1)));
   EXPECT_TRUE(chair.turn.isApprox(Vec3(0, 0, 90 * kDegree)));
-  EXPECT_FALSE(chair.size.lengths[0]);
   EXPECT_FLOAT_EQ(*chair.size.lengths[2], 20);
-  EXPECT_FALSE(chair.lights);
   ASSERT_EQ(chair.materials.size(), 2u);
   EXPECT_TRUE(chair.materials[0].color->isApprox(Vec3(1, 128 / 255.0f, 0)));
   EXPECT_TRUE(chair.materials[0].plain);
-  EXPECT_FALSE(chair.materials[0].mirror);
-  EXPECT_EQ(chair.materials[1].texture->path, "t.png");
-  EXPECT_EQ(chair.materials[1].blurred, true);
   EXPECT_TRUE(chair.without.at(0).box.max().isApprox(Vec3(1, 2, 0)));
   EXPECT_TRUE(file.models[1].byOrigin);
   EXPECT_TRUE(file.models[1].turn.isApprox(Vec3(0, -90 * kDegree, 0)));
-  EXPECT_TRUE(file.models[1].size.scale.isApprox(Vec3(1, 2, 3)));
-
   EXPECT_TRUE(file.shapes.at(0).size.isApprox(Vec3(1, 2, 3)));
   EXPECT_FLOAT_EQ(file.shapes[0].textureLength, 10);
   const RenderCamera& view = file.views.at(0).view;
   EXPECT_TRUE(view.forward.isApprox(Vec3(1, 0, 1).normalized()));
-  EXPECT_TRUE(view.up.isApprox(Vec3(-1, 0, 1).normalized()));
   EXPECT_FLOAT_EQ(view.fieldOfView, 60 * kDegree);
-  EXPECT_FLOAT_EQ(*file.when.latitude, -33.9f);
   EXPECT_FLOAT_EQ(*file.when.sunRotation, -90 * kDegree);
-  EXPECT_EQ(file.when.timeZone, 10);
   EXPECT_EQ(file.when.time->hour, 8);
-  EXPECT_EQ(file.look.background, "meadow_noon");
   EXPECT_FLOAT_EQ(*file.look.eyeHeight, 50);
   EXPECT_FLOAT_EQ(file.look.lightFactors->lem, 2);
-  EXPECT_FLOAT_EQ(file.look.lightFactors->sun, 1);
-  EXPECT_FALSE(file.look.brightness);
 }
 
 TEST(ReadSceneFile, MakesLightsAsBrightAsWantedAtTheirDistance) {
@@ -113,53 +97,27 @@ TEST(ReadSceneFile, MakesLightsAsBrightAsWantedAtTheirDistance) {
 TEST(ReadSceneFile, TellsMistakesWithTheirPlace) {
   const std::pair<std::string, const char*> mistakes[] = {
       {"", "parse error at line 1"},
-      {"[]", "takes an object, not []"},
       {"{}", "the field \"format\" is missing"},
-      {R"({"format": "quorvane properties"})", "this is no scene file"},
       {R"({"format": "quorvane scene", "version": 2})", "version: a newer Quorvane"},
       {"{\n\"format\": \"quorvane scene\",\n,}", "line 3"},
       {R"("unit": "cm", "unit": "m")", "the field \"unit\" is there twice"},
       {R"("modles": [])", "unknown field \"modles\"; there are format, version"},
       {R"("unit": "yd")", "unit: takes one of in, ft, m, cm, mm, not \"yd\""},
-      {R"("models": {})", "models: takes a list"},
       {R"("models": [{"file": "a"}, {"name": "b"}])", "models[1]: the field \"file\" is missing"},
-      {R"("models": [{"file": ""}])", "models[0].file: takes a text"},
       {R"("models": [{"file": "a", "scale": 0}])",
        "models[0].scale: takes a number from 0.0001 to 10000, not 0"},
-      {R"("models": [{"file": "a", "scale": "2"}])", "models[0].scale: takes a list of 3"},
       {R"("models": [{"file": "a", "scale": 2, "size": {"width": 1}}])",
        "models[0].size: there is a scale already"},
-      {R"("models": [{"file": "a", "size": {}}])", "models[0].size: takes a width"},
-      {R"("models": [{"file": "a", "at": [1, 2]}])", "models[0].at: takes a list of 3 numbers"},
       {R"("models": [{"file": "a", "at": [1, 2, 1e300]}])",
        "models[0].at: takes a list of 3 numbers"},
-      {R"("models": [{"file": "a", "lights": 1}])", "models[0].lights: takes true or false, not 1"},
-      {R"("models": [{"file": "a", "materials": [{"color": "#fff"}]}])",
-       "models[0].materials[0]: the field \"name\" is missing"},
-      {R"("models": [{"file": "a", "materials": [{"name": "b", "color": "#fff"}]}])",
-       "models[0].materials[0].color: takes a colour"},
-      {R"("models": [{"file": "a", "materials": [{"name": "b", "opacity": 1.5}]}])",
-       "models[0].materials[0].opacity: takes a number from 0 to 1, not 1.5"},
       {R"("models": [{"file": "a", "without": [{"from": [1, 0, 0], "to": [0, 1, 1]}]}])",
        "models[0].without[0]: \"to\" lies before \"from\""},
-      {R"("shapes": [{"kind": "plane", "size": [1, 2, 3], "material": {}}])",
-       "shapes[0].size: takes a list of 2 numbers"},
-      {R"("shapes": [{"kind": "box", "size": [1, 2, 3]}])",
-       "shapes[0]: the field \"material\" is missing"},
-      {R"("lights": [{"kind": "lamp"}])", "lights[0].kind: takes one of point, spot"},
-      {R"("lights": [{"kind": "point", "at": [0, 0, 0], "direction": [0, 0, 1]}])",
-       "lights[0]: unknown field \"direction\""},
       {R"("lights": [{"kind": "directional", "direction": [0, 0, 0]}])",
        "lights[0].direction: takes a direction that is not zero"},
       {R"("views": [{"name": "a", "eye": [1, 1, 1], "target": [1, 1, 1]}])",
        "views[0]: eye and target are the same point"},
-      {R"("views": [{"name": "a", "eye": [1, 1, 1], "target": [1, 1, 0]}])",
-       "views[0]: the view can't be straight up or down"},
-      {R"("place": {"latitude": 91})", "place.latitude: takes a number from -90 to 90, not 91"},
-      {R"("place": {"timezone": 1.5})", "place.timezone: takes a whole number"},
       {R"("place": {"time": "2023-02-29T10:00"})",
-       "place.time: takes a date and a time of day that exist"},
-      {R"("image": {"gamma": 0})", "image.gamma: takes a number from 0.1 to 10"}};
+       "place.time: takes a date and a time of day that exist"}};
   for (const auto& [text, part] : mistakes) {
     const std::string message = Message(text.starts_with('"') ? File(text) : text);
     EXPECT_NE(message.find(part), std::string::npos) << text << ": " << message;

@@ -22,8 +22,9 @@ int IgnoreError(::Display*, XErrorEvent*) {
   return 0;
 }
 
-std::vector<::Window> ManagedWindows(::Display* display) {
-  const Atom list = XInternAtom(display, "_NET_CLIENT_LIST", False);
+// The windows that a property of the screen names.
+std::vector<::Window> WindowsIn(::Display* display, const char* property) {
+  const Atom list = XInternAtom(display, property, False);
   Atom type = None;
   int format = 0;
   unsigned long count = 0, rest = 0;
@@ -50,7 +51,7 @@ bool HasTitle(::Display* display, ::Window window, const std::string& title) {
 }
 
 ::Window Look(::Display* display, const std::string& title) {
-  for (const ::Window window : ManagedWindows(display)) {
+  for (const ::Window window : WindowsIn(display, "_NET_CLIENT_LIST")) {
     if (HasTitle(display, window, title)) return window;
   }
   return None;
@@ -184,11 +185,7 @@ bool ViewerWindow::DialogsHoldClose() {
 }
 
 void ViewerWindow::Click(int x, int y) {
-  int rootX = 0, rootY = 0;
-  ::Window child = None;
-  XTranslateCoordinates(native_->display, native_->window, DefaultRootWindow(native_->display), x,
-                        y, &rootX, &rootY, &child);
-  XTestFakeMotionEvent(native_->display, -1, rootX, rootY, 0);
+  MovePointer(x, y);
   XTestFakeButtonEvent(native_->display, 1, True, 50);
   XTestFakeButtonEvent(native_->display, 1, False, 50);
   XFlush(native_->display);
@@ -249,17 +246,8 @@ void ViewerWindow::ClickOk() {
 }
 
 bool ViewerWindow::IsActive() const {
-  const Atom name = XInternAtom(native_->display, "_NET_ACTIVE_WINDOW", False);
-  Atom type = None;
-  int format = 0;
-  unsigned long count = 0, rest = 0;
-  unsigned char* value = nullptr;
-  XGetWindowProperty(native_->display, DefaultRootWindow(native_->display), name, 0, 1, False,
-                     XA_WINDOW, &type, &format, &count, &rest, &value);
-  const bool active =
-      value && count == 1 && *reinterpret_cast<const unsigned long*>(value) == native_->window;
-  if (value) XFree(value);
-  return active;
+  const auto active = WindowsIn(native_->display, "_NET_ACTIVE_WINDOW");
+  return active == std::vector{native_->window};
 }
 
 Area ViewerWindow::Place() const {
