@@ -55,11 +55,13 @@ void MakeTransmittedRays(const RayPacket& packet, RayPacket& through) {
 
 void ShadeTransmission(const ShadeInputs& in, RayPacket& packet, ShadeThread& thread, int depth,
                        bool forceMirror) {
+  // A preview looks through one surface only: what lies behind the next stays black.
+  const bool previewPass = in.pass == PassPreview || in.pass == PassSunPreview;
+  if (previewPass && depth > 0) return;
   const PacketLease through(thread.packets);
   MakeTransmittedRays(packet, *through);
   TraceClosest(in.trace, *through);
-  const bool previewPass = in.pass == PassPreview || in.pass == PassSunPreview;
-  if (!previewPass || depth == 0) ShadePacket(in, *through, thread, depth + 1, forceMirror);
+  ShadePacket(in, *through, thread, depth + 1, forceMirror);
   for (int lane = 0; lane < kLanes; ++lane) {
     if (packet.geometry[lane] < 0 && through->geometry[lane] < 0) continue;
     for (int c = 0; c < 3; ++c) packet.color[c][lane] += through->color[c][lane];
