@@ -180,10 +180,11 @@ class BareFrames {
   FrameEngine engine_;
 };
 
-// The least value that `share` of all do not exceed.
+// The value below which `share` of all lie.
 double Quantile(std::vector<double> values, double share) {
   std::sort(values.begin(), values.end());
-  return values[static_cast<std::size_t>(static_cast<double>(values.size() - 1) * share)];
+  const auto at = static_cast<std::size_t>(static_cast<double>(values.size()) * share);
+  return values[std::min(at, values.size() - 1)];
 }
 
 WalkRatios RatiosOf(const std::vector<double>& values) {

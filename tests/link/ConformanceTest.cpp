@@ -74,8 +74,8 @@ const std::vector<std::string> kScene = {
     "AddDirectionalLight 1 2 3, 4 5 6",
     "AddLEMLight 1 2 3, 11 12 13 21 22 23 31 32 33",
     "BeginStaticMesh",
-    "AddMeshData 3 vertices 2 triangles, 1 2 3 0 0 1 0.25 0.5 0.75 1, 4 5 6 0 1 0 2 3 4 5, "
-    "7 8 9 1 0 0 6 7 8 9, 0 1 2 5, 2 1 0 4294967295",
+    std::string("AddMeshData 3 vertices 2 triangles, 1 2 3 0 0 1 0.25 0.5 0.75 1, "
+                "4 5 6 0 1 0 2 3 4 5, 7 8 9 1 0 0 6 7 8 9, 0 1 2 5, 2 1 0 4294967295"),
     "EndMesh",
     "BeginBillboard",
     "EndBillboard 1 2 3, 0.5 -0.5",

@@ -100,6 +100,20 @@ TEST_F(LightEditorTest, PutsALightFactorInForceWhenTheSliderIsLetGo) {
   EXPECT_EQ(frame_.TakeNotes(), "");
 }
 
+TEST_F(LightEditorTest, AdjustsThePictureWhileASliderMoves) {
+  Drag(Control::kBrightness, -37);
+  EXPECT_EQ(frame_.image.brightness, -0.37f);
+  EXPECT_EQ(controls_.texts[Control::kBrightness], "-37");
+  EXPECT_EQ(frame_.TakeNotes(), "adjust brightness2");
+  Drag(Control::kContrast, 100);
+  EXPECT_EQ(frame_.image.contrast, 1);
+  EXPECT_EQ(frame_.TakeNotes(), "adjust brightness2");
+  Drag(Control::kGamma, 22);
+  EXPECT_EQ(frame_.image.gamma, 2.2f);
+  EXPECT_EQ(controls_.texts[Control::kGamma], "2.2");
+  EXPECT_EQ(frame_.TakeNotes(), "adjust gamma");
+}
+
 TEST_F(LightEditorTest, BringsWhatIsTypedIntoTheRange) {
   const struct {
     Control control;
@@ -107,15 +121,19 @@ TEST_F(LightEditorTest, BringsWhatIsTypedIntoTheRange) {
     const char* shown;
     int position;
   } cases[] = {
-      {Control::kSun, "inf", "5.0", 50},  {Control::kAmbient, "-1", "0.1", 1},
-      {Control::kPoint, "0.7", "0.7", 7}, {Control::kContrast, "-101", "-100", -100},
-      {Control::kGamma, "4", "3.0", 30},
+      {Control::kSun, "99", "5.0", 50},           {Control::kSun, "0", "0.1", 1},
+      {Control::kSun, "inf", "5.0", 50},          {Control::kAmbient, "-1", "0.1", 1},
+      {Control::kAmbient, "9", "3.0", 60},        {Control::kPoint, "0.7", "0.7", 7},
+      {Control::kLem, "11", "10.0", 100},         {Control::kBrightness, "1000", "100", 100},
+      {Control::kContrast, "-101", "-100", -100}, {Control::kGamma, "4", "3.0", 30},
   };
   for (const auto& [control, typed, shown, position] : cases) {
     Type(control, typed);
     EXPECT_EQ(controls_.texts[control], shown) << typed;
     EXPECT_EQ(controls_.sliders[control], position) << typed;
   }
+  EXPECT_EQ(frame_.factors.sun, 5);
+  EXPECT_EQ(frame_.factors.ambient, 3);
 }
 
 TEST_F(LightEditorTest, RestoresWhatIsNoNumberAndIgnoresWhatIsInForce) {
@@ -157,13 +175,20 @@ TEST_F(LightEditorTest, ShowsWhatIsInForceAndSendsNothing) {
   controls_.name = "Dusk";
   editor_.Refresh();
   EXPECT_EQ(controls_.sliders[Control::kSun], 20);
+  EXPECT_EQ(controls_.sliders[Control::kAmbient], 10);
   EXPECT_EQ(controls_.sliders[Control::kPoint], 50);
+  EXPECT_EQ(controls_.texts[Control::kLem], "10.0");
   EXPECT_EQ(controls_.texts[Control::kBrightness], "-50");
   EXPECT_EQ(controls_.sliders[Control::kGamma], 18);
   EXPECT_TRUE(controls_.useSkyColor);
   EXPECT_EQ(controls_.names, (std::vector<wxString>{"Night", "Day"}));
   EXPECT_EQ(controls_.name, "Dusk");
   EXPECT_EQ(frame_.TakeNotes(), "");
+
+  controls_.useSkyColor = false;
+  editor_.UseSkyColorSet();
+  EXPECT_FALSE(frame_.factors.useSkyColorForAmbient);
+  EXPECT_EQ(frame_.TakeNotes(), "light_factors render");
   EXPECT_TRUE(editor_.IsEnabled(Control::kLem));
   frame_.lemBaked = true;
   EXPECT_FALSE(editor_.IsEnabled(Control::kLem));
@@ -187,17 +212,28 @@ TEST_F(LightEditorTest, KeepsNamedSets) {
   EXPECT_EQ(sets_[0].sun, 3);
   controls_.confirm = true;
   editor_.SaveSet();
-  ASSERT_EQ(sets_.size(), 1u);
+  EXPECT_EQ(sets_.size(), 1u);
   EXPECT_EQ(sets_[0].sun, 4);
+  EXPECT_EQ(controls_.questions[0],
+            "The specified name already exists. Do you want to overwrite it?");
 
+  frame_.TakeNotes();
   editor_.ResetAll();
+  EXPECT_EQ(controls_.name, "");
   EXPECT_EQ(frame_.factors.sun, 1);
+  EXPECT_EQ(frame_.TakeNotes(), "adjust brightness2 gamma light_factors render");
   editor_.ChooseSet("NOON");
   EXPECT_EQ(frame_.factors.sun, 4);
   EXPECT_EQ(controls_.sliders[Control::kSun], 40);
   EXPECT_EQ(controls_.name, "Noon");
+  editor_.ChooseSet("Night");
+  EXPECT_EQ(controls_.name, "Noon");
+
   editor_.DeleteSet();
-  EXPECT_TRUE(sets_.empty() && controls_.names.empty());
+  EXPECT_EQ(controls_.questions.back(), "Are you sure you want to delete Noon ?");
+  EXPECT_TRUE(sets_.empty());
+  EXPECT_TRUE(controls_.names.empty());
+  editor_.DeleteSet();
   EXPECT_EQ(controls_.questions.size(), 3u);
 }
 
@@ -229,20 +265,6 @@ TEST(LightImageSettings, LieInGroupsOfTheSettingsStore) {
     EXPECT_EQ(found->ambient, set.ambient);
     EXPECT_EQ(found->brightness, set.brightness);
   }
-}
-
-TEST_F(LightEditorTest, AdjustsThePictureWhileASliderMoves) {
-  Drag(Control::kBrightness, -37);
-  EXPECT_EQ(frame_.image.brightness, -0.37f);
-  EXPECT_EQ(controls_.texts[Control::kBrightness], "-37");
-  EXPECT_EQ(frame_.TakeNotes(), "adjust brightness2");
-  Drag(Control::kContrast, 100);
-  EXPECT_EQ(frame_.image.contrast, 1);
-  EXPECT_EQ(frame_.TakeNotes(), "adjust brightness2");
-  Drag(Control::kGamma, 22);
-  EXPECT_EQ(frame_.image.gamma, 2.2f);
-  EXPECT_EQ(controls_.texts[Control::kGamma], "2.2");
-  EXPECT_EQ(frame_.TakeNotes(), "adjust gamma");
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <span>
+#include <limits>
 
 #include "TracedScene.h"
 #include "render/geometry/RenderScene.h"
@@ -26,29 +25,17 @@ TEST(RenderScene, MeasuresBounds) {
   EXPECT_EQ(empty.scene.Bounds().maximum, Vec3::Constant(1.17549435e-38f));
 }
 
-// One floor, each half in a call of its own.
-TEST(RenderScene, TakesAMeshInSeveralCalls) {
-  RTCDevice device = rtcNewDevice("");
-  {
-    RenderScene scene(device);
-    scene.AddMaterial({});
-    scene.BeginStaticMesh();
-    const MeshVertex corners[] = {{{0, 0, 0}, {0, 0, 1}, {}, {}},
-                                  {{1, 0, 0}, {0, 0, 1}, {}, {}},
-                                  {{0, 1, 0}, {0, 0, 1}, {}, {}},
-                                  {{1, 1, 0}, {0, 0, 1}, {}, {}}};
-    const MeshTriangle first[] = {{{0, 1, 2}, 0}};
-    const MeshTriangle second[] = {{{0, 2, 1}, 0}};
-    scene.AddMeshData(std::span(corners).first(3), first);
-    scene.AddMeshData(std::span(corners).last(3), second);
-    scene.EndMesh();
-    scene.Build(nullptr);
-    const Mesh& mesh = *scene.Meshes()[0];
-    const std::uint32_t expected[] = {0, 1, 2, 3, 5, 4};
-    EXPECT_TRUE(std::equal(expected, expected + 6, mesh.Indices()));
-    EXPECT_EQ(mesh.Positions()[5].y, 1);
-  }
-  rtcReleaseDevice(device);
+TEST(RenderScene, NumbersMaterialsAndGeometries) {
+  SceneBuilder builder;
+  builder.Material(Vec3::Ones());
+  for (int i = 0; i < 40; ++i) builder.Box({0, 0, i * 3.0f}, {1, 1, i * 3.0f + 1}, 0);
+  builder.Sphere({50, 50, 50}, 5, 4, 0);
+  TracedScene traced(builder);
+  EXPECT_EQ(traced.scene.TriangleCount(), 40 * 12 + 4 * 8 * 2);
+  for (unsigned i = 0; i < 41; ++i) EXPECT_EQ(traced.scene.Meshes()[i]->GeometryId(), i);
+  EXPECT_EQ(traced.scene.AddMaterial({}), 1);
+  EXPECT_EQ(traced.scene.AddMaterial({}), 2);
+  EXPECT_EQ(traced.scene.Lights()[0].type, LightType::kDirectional) << "the sun comes first";
 }
 
 TEST(RenderScene, KeepsAMaterialWhoseTextureIsMissing) {
@@ -106,6 +93,26 @@ TEST(RenderScene, TakesNoDataWithoutAMesh) {
     scene.SetSun(RenderLight::Directional(Vec3::Ones(), -Vec3::UnitZ()));
   }
   rtcReleaseDevice(device);
+}
+
+TEST(RenderScene, LeavesWhatCameAfterTheBuildForTheNext) {
+  SceneBuilder builder;
+  builder.Material(Vec3::Ones());
+  builder.Box({0, 0, 0}, {1, 1, 1}, 0);
+  TracedScene traced(builder);
+  const MeshVertex vertices[3] = {{{0, 0, 5}, {0, 0, 1}, {}, {}},
+                                  {{1, 0, 5}, {0, 0, 1}, {}, {}},
+                                  {{0, 1, 5}, {0, 0, 1}, {}, {}}};
+  const MeshTriangle triangles[1] = {{{0, 1, 2}, 0}};
+  traced.scene.BeginBillboard();
+  traced.scene.AddMeshData(vertices, triangles);
+  traced.scene.CommitForFrame({0, 1, 0});
+  EXPECT_EQ(traced.scene.TriangleCount(), 12);
+  traced.scene.EndBillboard({0, 0, 0}, {0, 1});
+  traced.scene.Build(nullptr);
+  traced.scene.CommitForFrame({0, 1, 0});
+  EXPECT_EQ(traced.scene.TriangleCount(), 13);
+  EXPECT_EQ(traced.scene.Meshes().back()->GeometryId(), 1u);
 }
 
 }  // namespace

@@ -3,8 +3,6 @@ source=embree
 version=3.13.5
 needs=()
 
-# Each set of instructions is compiled by itself and takes more than a minute: processors with SSE 4.2 and no AVX, the last of
-# them of 2011, make do with SSE2. AVX2 does not link without AVX.
 make_library() {
   # GCC is known by its name; CMake knows no front-end variant for it.
   edit CMakeLists.txt 's/ELSEIF\(\$\{CMAKE_CXX_COMPILER_FRONTEND_VARIANT\} MATCHES "GNU"\)/ELSEIF(CMAKE_CXX_COMPILER_ID MATCHES "GNU")/'
@@ -17,6 +15,6 @@ make_library() {
     -DEMBREE_GEOMETRY_TRIANGLE=ON -DEMBREE_GEOMETRY_QUAD=OFF -DEMBREE_GEOMETRY_CURVE=OFF \
     -DEMBREE_GEOMETRY_SUBDIVISION=OFF -DEMBREE_GEOMETRY_USER=OFF -DEMBREE_GEOMETRY_INSTANCE=OFF \
     -DEMBREE_GEOMETRY_GRID=OFF -DEMBREE_GEOMETRY_POINT=OFF \
-    -DEMBREE_MAX_ISA=NONE -DEMBREE_ISA_SSE2=ON -DEMBREE_ISA_SSE42=OFF -DEMBREE_ISA_AVX=ON -DEMBREE_ISA_AVX2=ON \
+    -DEMBREE_MAX_ISA=NONE -DEMBREE_ISA_SSE2=ON -DEMBREE_ISA_SSE42=ON -DEMBREE_ISA_AVX=ON -DEMBREE_ISA_AVX2=ON \
     -DEMBREE_ISA_AVX512=OFF -DEMBREE_IGNORE_CMAKE_CXX_FLAGS=OFF
 }

@@ -54,8 +54,11 @@ void* FrameWindow::NativeHandle() const {
 // for, an answer of the host included, which closing would take away. It gets its turn instead.
 WXLRESULT FrameWindow::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) {
   if (message == WM_CLOSE) {
-    if (::InSendMessage() != 0) {
-      ::PostMessageW(GetHWND(), WM_CLOSE, 0, 0);
+    // Marked, since a loop inside of that sent message, a dialog's for instance, would take it for
+    // a sent one again.
+    constexpr WXWPARAM kHasItsTurn = 1;
+    if (wParam != kHasItsTurn && ::InSendMessageEx(nullptr) != ISMEX_NOSEND) {
+      ::PostMessageW(GetHWND(), WM_CLOSE, kHasItsTurn, 0);
       return 0;
     }
     // The library's own loop destroys the frame, which it cannot while a menu has the thread.

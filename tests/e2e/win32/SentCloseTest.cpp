@@ -1,6 +1,11 @@
 #include <windows.h>
 
+#include <atomic>
+#include <chrono>
 #include <future>
+#include <memory>
+#include <mutex>
+#include <thread>
 
 #include "e2e/support/QuartersTest.h"
 
@@ -9,14 +14,17 @@ namespace {
 
 class SentClose : public QuartersTest {};
 
-// The button of the title bar posts its message; other programs may send it, in the middle of
-// whatever the window waits for.
+// Other programs may send the message in the middle of whatever the window waits for.
 TEST_F(SentClose, LetsAnAnswerOfTheHostComeFirst) {
   ASSERT_NO_FATAL_FAILURE(StartViewer());
   // Shared with the link's message thread, which may be in there when this test has ended.
   struct Held {
     std::atomic<bool> wanted{false}, reached{false};
     std::promise<void> over;
+    std::once_flag told;
+    void End() {
+      std::call_once(told, [this] { over.set_value(); });
+    }
   };
   const auto held = std::make_shared<Held>();
   host_->beforeProperty = [held, over = held->over.get_future().share()](const std::string&) {
@@ -31,6 +39,8 @@ TEST_F(SentClose, LetsAnAnswerOfTheHostComeFirst) {
 
   held->wanted = true;
   auto completion = std::async(std::launch::async, [&] { return host_->link().SceneComplete(); });
+  // Also where this test ends early: the other thread is waited for.
+  const std::shared_ptr<void> release(nullptr, [held](void*) { held->End(); });
   ASSERT_TRUE(Eventually([&] { return held->reached.load(); }, kSoon));
   // The window asks for place and camera, after the property.
   ASSERT_NO_FATAL_FAILURE(ClickTool("syncCamera"));
@@ -38,7 +48,7 @@ TEST_F(SentClose, LetsAnAnswerOfTheHostComeFirst) {
   DWORD_PTR ignored = 0;
   SendMessageTimeoutW(FindWindowW(nullptr, L"Quorvane"), WM_CLOSE, 0, 0, SMTO_NORMAL, 10000,
                       &ignored);
-  held->over.set_value();
+  held->End();
   EXPECT_EQ(host_->link().WaitForViewer(kSoon), 0);
   EXPECT_EQ(host_->closes, 1);
   EXPECT_EQ(completion.wait_for(kSoon), std::future_status::ready);
