@@ -67,15 +67,18 @@ void MeasureScene(const BenchScene& scene, const Options& options, Figures& figu
   std::printf("%-8s %9zu triangles  preview %7.2f of %7.2f Mrays/s  ratio %.3f\n",
               scene.name.c_str(), scene.TriangleCount(), f.previewRate / 1e6,
               f.bareIntersectRate / 1e6, f.previewRatio);
-  std::printf("%-8s %9s            shadow  %7.2f of %7.2f Mrays/s  ratio %.3f\n", "", "",
-              f.shadowRate / 1e6, f.bareOccludedRate / 1e6, f.shadowRatio);
+  std::printf("%-8s %9s            shadow  %7.2f of %7.2f Mrays/s  ratio %.3f (%.3f to %.3f)\n", "",
+              "", f.shadowRate / 1e6, f.bareOccludedRate / 1e6, f.shadowRatio.value,
+              f.shadowRatio.low, f.shadowRatio.high);
   std::printf("%-8s %9s            full    %7.2f of %7.2f Mrays/s  ratio %.3f\n", "", "",
               f.fullRate / 1e6, f.bareFullRate / 1e6, f.fullRatio);
   std::printf("%-8s %9s            compose with gamma %.3f of a preview\n", "", "",
               f.composeToPreview);
   std::fflush(stdout);
   figures.emplace_back(scene.name + ".preview.ratio", f.previewRatio);
-  figures.emplace_back(scene.name + ".shadow.ratio", f.shadowRatio);
+  figures.emplace_back(scene.name + ".shadow.ratio", f.shadowRatio.value);
+  figures.emplace_back(scene.name + ".shadow.ratio_low", f.shadowRatio.low);
+  figures.emplace_back(scene.name + ".shadow.ratio_high", f.shadowRatio.high);
   figures.emplace_back(scene.name + ".full_ao.ratio", f.fullRatio);
   figures.emplace_back(scene.name + ".compose_to_preview", f.composeToPreview);
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <vector>
 
 #include "BareLoops.h"
 #include "platform/Clock.h"
@@ -126,35 +127,60 @@ FullFigures MeasureFull(Bench& bench, int runs) {
   return {rays / full.seconds, rays / bare.seconds};
 }
 
+// What the sun's rays take within a pass, and bare.
+struct ShadowFigures {
+  double rate, bareRate;
+  Median ratio;
+};
+
+// A pass takes several times as long as its shadow rays, so that the difference of two passes is as
+// noisy as the machine: it is taken from pairs that follow each other, in turns either of them
+// first, and many of them.
+ShadowFigures MeasureShadows(Bench& bench, int pairs) {
+  RecordedOcclusion recorded(bench.scene(), bench.FootprintScale());
+  bench.RecordFull(recorded);
+  std::vector<double> within, bare;
+  BareRun run;
+  for (int i = 0; i < pairs; ++i) {
+    const bool sunFirst = i % 2 == 0;
+    const double first = bench.RunFull(sunFirst);
+    const double second = bench.RunFull(!sunFirst);
+    within.push_back(sunFirst ? first - second : second - first);
+    run = recorded.Run(bench.threads());
+    bare.push_back(run.seconds);
+  }
+  const auto rays = static_cast<double>(run.rays);
+  const Median seconds = MedianOf(within);
+  const double bareSeconds = Quantile(bare, 0.5);
+  return {rays / seconds.value,
+          rays / bareSeconds,
+          {bareSeconds / seconds.value, bareSeconds / seconds.high, bareSeconds / seconds.low}};
+}
+
 }  // namespace
 
 RenderFigures MeasureRendering(const BenchScene& scene, int width, int height, int runs) {
   constexpr int kFullRuns = 4;
+  constexpr int kShadowPairs = 100;
   Bench bench(scene, width, height);
-  RecordedOcclusion sunRays(bench.scene(), bench.FootprintScale());
-  bench.RecordFull(sunRays);
-  Shortest preview, intersect, full, unlit, occluded, compose;
-  BareRun bare, bareShadow;
+  Shortest preview, intersect, compose;
+  BareRun bare;
   for (int i = 0; i < runs; ++i) {
     bare = BareIntersect(bench.scene(), bench.camera(), width, height, bench.threads());
     intersect.Add(bare.seconds);
     preview.Add(bench.RunPreview());
-    bareShadow = sunRays.Run(bench.threads());
-    occluded.Add(bareShadow.seconds);
-    unlit.Add(bench.RunFull(false));
-    full.Add(bench.RunFull(true));
     compose.Add(bench.RunCompose());
   }
   const auto primary = static_cast<double>(bare.rays);
-  const auto shadows = static_cast<double>(bareShadow.rays);
+  const ShadowFigures shadows = MeasureShadows(bench, kShadowPairs);
   const FullFigures withOcclusion = MeasureFull(bench, kFullRuns);
   RenderFigures figures;
   figures.previewRate = primary / preview.seconds;
   figures.bareIntersectRate = primary / intersect.seconds;
-  figures.shadowRate = shadows / (full.seconds - unlit.seconds);
-  figures.bareOccludedRate = shadows / occluded.seconds;
   figures.previewRatio = figures.previewRate / figures.bareIntersectRate;
-  figures.shadowRatio = figures.shadowRate / figures.bareOccludedRate;
+  figures.shadowRate = shadows.rate;
+  figures.bareOccludedRate = shadows.bareRate;
+  figures.shadowRatio = shadows.ratio;
   figures.fullRate = withOcclusion.rate;
   figures.bareFullRate = withOcclusion.bareRate;
   figures.fullRatio = withOcclusion.rate / withOcclusion.bareRate;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Samples.h"
 #include "Scenes.h"
 
 namespace qv::bench {
@@ -9,11 +10,11 @@ namespace qv::bench {
 struct RenderFigures {
   double previewRate = 0;  // primary rays a second, from StartRender to passDone
   double bareIntersectRate = 0;
-  double shadowRate = 0;  // sun shadow rays a second: PassFull with the sun less PassFull with a
-                          // sun that lights nothing
-  double bareOccludedRate = 0;
   double previewRatio = 0;  // of the shortest times of interleaved runs
-  double shadowRatio = 0;
+  double shadowRate = 0;    // sun shadow rays a second: PassFull with the sun less PassFull with a
+                            // sun that lights nothing
+  double bareOccludedRate = 0;
+  Median shadowRatio;  // of pairs of runs that followed each other
   double fullRate =
       0;  // all occlusion rays a second of PassFull with ambient occlusion, the whole pass counted
   double bareFullRate = 0;

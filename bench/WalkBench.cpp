@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "BareLoops.h"
+#include "Samples.h"
 #include "ViewerProcess.h"
 #include "e2e/support/ViewerWindow.h"
 #include "platform/Clock.h"
@@ -179,13 +180,6 @@ class BareFrames {
   sky::Background background_;
   FrameEngine engine_;
 };
-
-// The value below which `share` of all lie.
-double Quantile(std::vector<double> values, double share) {
-  std::sort(values.begin(), values.end());
-  const auto at = static_cast<std::size_t>(static_cast<double>(values.size()) * share);
-  return values[std::min(at, values.size() - 1)];
-}
 
 WalkRatios RatiosOf(const std::vector<double>& values) {
   return {Quantile(values, 0.5), Quantile(values, 0.99)};
