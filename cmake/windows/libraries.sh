@@ -47,9 +47,7 @@ source_apt() {
     -o APT::Sandbox::User="$(id -un)" "$@"
 }
 
-source_lists_made=0
 make_source_lists() {
-  [[ $source_lists_made -eq 0 ]] || return 0
   mkdir -p "$cache/apt/lists/partial" "$cache/apt/cache/archives/partial"
   local mirror='http://deb.debian.org' by='[signed-by=/usr/share/keyrings/debian-archive-keyring.gpg]'
   printf 'deb-src %s %s\n' \
@@ -57,15 +55,14 @@ make_source_lists() {
     "$by" "$mirror/debian bookworm-updates main" \
     "$by" "$mirror/debian-security bookworm-security main" >"$cache/apt/sources.list"
   source_apt apt-get update >/dev/null || fail "could not fetch Debian's lists of sources"
-  source_lists_made=1
 }
 
-# unpack_source NAME FOLDER: unpacks the source package of a library, with Debian's patches, into FOLDER/source.
+# unpack_source NAME FOLDER: unpacks the source package of a library, with Debian's patches, into FOLDER/source. Debian's
+# lists are there.
 unpack_source() {
   local package upstream version folder=$2
   package=$(recipe_value "$1" source)
   upstream=$(recipe_value "$1" version)
-  make_source_lists
   # The archive may lack the newest version, or part of it, for a while after it is announced; then the one before it.
   local versions
   mapfile -t versions < <(source_apt apt-cache showsrc --only-source "$package" | sed -n 's/^Version: //p' |
@@ -124,22 +121,43 @@ make_parts() (
   make_library
 )
 
+# build_library NAME: builds one library, unless it is there; those that it needs are, and Debian's lists.
+build_library() {
+  local folder
+  folder=$(library_folder "$1")
+  (
+    flock 9
+    [[ -d $folder ]] || make_one "$1" "$folder"
+  ) 9>"$cache/$1.lock"
+}
+
+# Prints for make which libraries are built after which others.
+library_plan() {
+  local name
+  printf '.PHONY: all %s\nall: %s\n' "${windows_libraries[*]}" "${windows_libraries[*]}"
+  for name in "${windows_libraries[@]}"; do
+    printf '%s: %s\n\t@"%s/tools/windows" library %s\n' "$name" "$(recipe_value "$name" needs | xargs)" "$root" "$name"
+  done
+}
+
 # Sees to it that all libraries are there and puts them together in one folder.
 make_libraries() {
-  local name folder
+  local name folder missing=0
   local folders=()
-  mkdir -p "$cache"
   for name in "${windows_libraries[@]}"; do
     folder=$(library_folder "$name")
-    if [[ ! -d $folder ]]; then
-      (
-        flock 9
-        [[ -d $folder ]] || make_one "$name" "$folder"
-      ) 9>"$cache/$name.lock" || exit 1
-    fi
-    [[ ! -e $folder.unpatched ]] ||
-      say "  $name is without Debian's patches, which could not be had; to try again, remove $folder"
     folders+=("$folder")
+    [[ -d $folder ]] || missing=1
+  done
+  mkdir -p "$cache"
+  if [[ $missing -eq 1 ]]; then
+    make_source_lists
+    # Two at a time: fetching and configuring keep one core busy at most.
+    library_plan | make --no-print-directory --jobs 2 --file - || fail "not all libraries are there"
+  fi
+  for folder in "${folders[@]}"; do
+    [[ ! -e $folder.unpatched ]] ||
+      say "  ${folder##*/} is without Debian's patches, which could not be had; to try again, remove $folder"
   done
   merge_libraries "${folders[@]}"
 }
