@@ -72,6 +72,8 @@ void ResetSurface(RayPacket& packet) {
 void ShadePacket(const ShadeInputs& in, RayPacket& packet, ShadeThread& thread, int depth,
                  bool forceMirror) {
   const bool previewPass = in.pass == PassPreview || in.pass == PassSunPreview;
+  // A preview looks through one surface only: what lies behind the next stays black.
+  const int mostDepth = previewPass ? 1 : kMostDepth;
   while (true) {
     FinishRays(in, packet);
     if (!AnyActive(packet.geometry)) return;
@@ -87,11 +89,11 @@ void ShadePacket(const ShadeInputs& in, RayPacket& packet, ShadeThread& thread, 
     }
 
     if (AnyActive(packet.transmitKind)) {
-      if (depth == kMostDepth) return;
+      if (depth == mostDepth) return;
       ShadeTransmission(in, packet, thread, depth, forceMirror);
     }
 
-    if (depth == kMostDepth || previewPass) return;
+    if (depth == mostDepth || previewPass) return;
     ++depth;
     if (!AnyActive(packet.reflectKind)) return;
     if (MakeReflectedRays(packet)) return ShadeGlossy(in, packet, thread);

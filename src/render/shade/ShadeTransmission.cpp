@@ -55,9 +55,6 @@ void MakeTransmittedRays(const RayPacket& packet, RayPacket& through) {
 
 void ShadeTransmission(const ShadeInputs& in, RayPacket& packet, ShadeThread& thread, int depth,
                        bool forceMirror) {
-  // A preview looks through one surface only: what lies behind the next stays black.
-  const bool previewPass = in.pass == PassPreview || in.pass == PassSunPreview;
-  if (previewPass && depth > 0) return;
   const PacketLease through(thread.packets);
   MakeTransmittedRays(packet, *through);
   TraceClosest(in.trace, *through);
