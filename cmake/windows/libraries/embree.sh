@@ -6,8 +6,9 @@ needs=()
 make_library() {
   # GCC is known by its name; CMake knows no front-end variant for it.
   edit CMakeLists.txt 's/ELSEIF\(\$\{CMAKE_CXX_COMPILER_FRONTEND_VARIANT\} MATCHES "GNU"\)/ELSEIF(CMAKE_CXX_COMPILER_ID MATCHES "GNU")/'
-  # In UTF-16, which windres does not read.
-  edit kernels/CMakeLists.txt '/^ *embree\.rc$/d'
+  # The resources are in UTF-16, which windres does not read. What intersects and builds curves takes most of
+  # the time, and is compiled even where curves are switched off and nothing calls it.
+  edit kernels/CMakeLists.txt '/^ *embree\.rc$/d' '/^ *geometry\/curve_intersector_virtual_/d' '/^ *bvh\/bvh_builder_hair/d'
   # Not in Debian's source.
   edit common/cmake/package.cmake 's/^(INSTALL\(FILES .*readme\.pdf".*) COMPONENT lib\)/\1 COMPONENT lib OPTIONAL)/'
   cmake_library "$src" -DEMBREE_STATIC_LIB=ON -DEMBREE_ISPC_SUPPORT=OFF -DEMBREE_TUTORIALS=OFF \
