@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace qv::sky {
 namespace {
@@ -44,13 +45,14 @@ float Dither(int column, int row) {
 
 // Red, green, blue in bytes, not yet rounded, over the sine of the elevation from -1 to 1. Bare
 // numbers: three million pixels are looked up here before anything is shown.
-using Table = std::array<float, 3 * (kTableSize + 1)>;
+using Table = std::array<float, std::size_t{3} * (kTableSize + 1)>;
 
 Table MakeTable() {
   Table table;
+  float* out = table.data();
   for (int i = 0; i <= kTableSize; ++i) {
     const Vec3 color = GradientColor(2.0f * i / kTableSize - 1) * 255.0f;
-    std::copy(color.data(), color.data() + 3, table.data() + 3 * i);
+    out = std::copy(color.data(), color.data() + 3, out);
   }
   return table;
 }
@@ -65,7 +67,7 @@ void FillFace(const Table& table, int face, std::vector<std::uint8_t>& pixels) {
       const float sine = direction.z() / direction.norm();
       const float position = (sine + 1) * (0.5f * kTableSize);
       const int index = std::clamp(static_cast<int>(position), 0, kTableSize - 1);
-      const float* const below = table.data() + 3 * index;
+      const float* const below = table.data() + std::ptrdiff_t{3} * index;
       const float* const above = below + 3;
       const float t = position - index;
       const float dither = Dither(column, row);
