@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace qv::sky {
 namespace {
@@ -42,13 +43,16 @@ float Dither(int column, int row) {
   return Fraction(w);
 }
 
-using Table = std::array<Vec3, kTableSize + 1>;
+// Red, green, blue in bytes, not yet rounded, over the sine of the elevation from -1 to 1. Bare
+// numbers: three million pixels are looked up here before anything is shown.
+using Table = std::array<float, std::size_t{3} * (kTableSize + 1)>;
 
-// Bytes, not yet rounded, over the sine of the elevation from -1 to 1.
 Table MakeTable() {
   Table table;
+  float* out = table.data();
   for (int i = 0; i <= kTableSize; ++i) {
-    table[i] = GradientColor(2.0f * i / kTableSize - 1) * 255.0f;
+    const Vec3 color = GradientColor(2.0f * i / kTableSize - 1) * 255.0f;
+    out = std::copy(color.data(), color.data() + 3, out);
   }
   return table;
 }
@@ -58,17 +62,19 @@ void FillFace(const Table& table, int face, std::vector<std::uint8_t>& pixels) {
   pixels.resize(std::size_t{kSize} * kSize * 4);
   std::uint8_t* out = pixels.data();
   for (int row = 0; row < kSize; ++row) {
-    for (int column = 0; column < kSize; ++column, out += 4) {
+    for (int column = 0; column < kSize; ++column) {
       const Vec3 direction = CubeFaces::DirectionOf({face, column, row});
       const float sine = direction.z() / direction.norm();
       const float position = (sine + 1) * (0.5f * kTableSize);
       const int index = std::clamp(static_cast<int>(position), 0, kTableSize - 1);
-      const Vec3 color = Mix(table[index], table[index + 1], position - index);
+      const float* const below = table.data() + std::ptrdiff_t{3} * index;
+      const float* const above = below + 3;
+      const float t = position - index;
       const float dither = Dither(column, row);
-      out[0] = static_cast<std::uint8_t>(color.z() + dither);
-      out[1] = static_cast<std::uint8_t>(color.y() + dither);
-      out[2] = static_cast<std::uint8_t>(color.x() + dither);
-      out[3] = 255;
+      for (int axis = 2; axis >= 0; --axis) {
+        *out++ = static_cast<std::uint8_t>(below[axis] + (above[axis] - below[axis]) * t + dither);
+      }
+      *out++ = 255;
     }
   }
 }

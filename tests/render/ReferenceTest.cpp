@@ -144,10 +144,13 @@ struct Stage {
     traced.scene.Build(nullptr);
     for (std::size_t face = 0; face < 6; ++face) {
       auto& pixels = traced.sky.pixels[face];
+      pixels.resize(std::size_t{4} * sky::CubeFaces::kFaceSize * sky::CubeFaces::kFaceSize);
+      std::uint8_t* at = pixels.data();
       for (int i = 0; i < sky::CubeFaces::kFaceSize * sky::CubeFaces::kFaceSize; ++i) {
-        const auto column = static_cast<std::uint8_t>(i % sky::CubeFaces::kFaceSize / 8);
-        const auto row = static_cast<std::uint8_t>(i / sky::CubeFaces::kFaceSize / 8);
-        pixels.insert(pixels.end(), {static_cast<std::uint8_t>(100 + 20 * face), row, column, 255});
+        *at++ = static_cast<std::uint8_t>(100 + 20 * face);
+        *at++ = static_cast<std::uint8_t>(i / sky::CubeFaces::kFaceSize / 8);
+        *at++ = static_cast<std::uint8_t>(i % sky::CubeFaces::kFaceSize / 8);
+        *at++ = 255;
       }
     }
     traced.in.factors = {0.9f, 0.8f, 1.1f, 1.2f, false};

@@ -30,6 +30,7 @@ class ReferenceTracer {
  private:
   struct Triangle {
     V p[3], n[3];
+    V edges[2];          // from the first corner to the others
     double uv[2][3][2];  // [side][corner]
     std::size_t mesh;
     std::size_t number;  // in its mesh

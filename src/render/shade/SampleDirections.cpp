@@ -32,11 +32,14 @@ std::vector<Vec3> DrawOcclusion() {
 std::vector<Vec3> DrawGlossy() {
   constexpr float kConeAngle = 0.20943947f;  // 12 degrees
   const float leastCosine = std::cos(kConeAngle);
+  const float clearlyOutside = 0.99f * leastCosine * leastCosine;
   Random random;
   std::vector<Vec3> directions;
   directions.reserve(SampleDirections::kGlossy);
   while (directions.size() < SampleDirections::kGlossy) {
     Vec3 v = DrawUpward(random);
+    // Most lie far outside of the cone, which is told without a root.
+    if (v.z() * v.z() < clearlyOutside * v.squaredNorm()) continue;
     const float length = v.norm();
     if (length > 0) v /= length;
     if (v.z() > leastCosine) directions.push_back(v);

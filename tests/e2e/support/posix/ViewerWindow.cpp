@@ -5,6 +5,7 @@
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
 
+#include <bit>
 #include <cstdlib>
 #include <string>
 #include <thread>
@@ -57,8 +58,9 @@ bool HasTitle(::Display* display, ::Window window, const std::string& title) {
   return None;
 }
 
+// Of the screen's 8 bits a channel.
 int Channel(unsigned long pixel, unsigned long mask) {
-  return static_cast<int>((pixel & mask) * 255 / mask);
+  return static_cast<int>((pixel & mask) >> std::countr_zero(mask));
 }
 
 // Buttons of the pointer that turn the wheel.
@@ -123,6 +125,7 @@ Screenshot ViewerWindow::Shoot() const {
                             attributes.height, AllPlanes, ZPixmap);
   if (!image) return {};
   Screenshot shot{attributes.width, attributes.height, {}};
+  shot.pixels.reserve(static_cast<std::size_t>(shot.width) * static_cast<std::size_t>(shot.height));
   for (int y = 0; y < shot.height; ++y) {
     for (int x = 0; x < shot.width; ++x) {
       const unsigned long pixel = XGetPixel(image, x, y);
