@@ -4,11 +4,14 @@
 # for all rooms or tests that say so. GCC takes the result only for the options that it was made with, so there is one
 # for each kind of target, with and without wxWidgets; where they do not match, -Winvalid-pch fails the build. Nothing
 # depends on it: a source includes what it uses, and CMAKE_DISABLE_PRECOMPILE_HEADERS gives the same programs.
+#
+# Programs and libraries differ in how their code can be moved; options of a room of its own give it headers of its own.
 function(quorvane_headers name)
   cmake_parse_arguments(HEADERS "" "KIND" "HEADERS;USES" ${ARGN})
   set(source ${CMAKE_SOURCE_DIR}/cmake/NoProgram.cpp)
   if(HEADERS_KIND STREQUAL "program")
     add_executable(${name} ${source})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/headers)
   else()
     add_library(${name} OBJECT ${source})
   endif()
@@ -39,6 +42,13 @@ if(QUORVANE_TESTS)
   endif()
 endif()
 
+function(load_headers target headers wx)
+  if(wx)
+    string(APPEND headers _wx)
+  endif()
+  target_precompile_headers(${target} REUSE_FROM ${headers})
+endfunction()
+
 # quorvane_room(NAME [WX] SOURCES ... [USES target ...] [PRIVATE_USES target ...] [OPTIONS option ...])
 #
 # One folder of src as one static library. A room includes only headers of the rooms that it names here; the
@@ -46,24 +56,20 @@ endif()
 # others; OPTIONS for the compiler.
 function(quorvane_room name)
   cmake_parse_arguments(ROOM "WX" "" "SOURCES;USES;PRIVATE_USES;OPTIONS" ${ARGN})
-  set(headers quorvane_room_headers)
-  if(ROOM_WX)
-    set(headers quorvane_room_headers_wx)
-  endif()
   add_library(quorvane_${name} STATIC ${ROOM_SOURCES})
   target_link_libraries(quorvane_${name} PUBLIC quorvane_options ${ROOM_USES} PRIVATE ${ROOM_PRIVATE_USES})
   target_compile_options(quorvane_${name} PRIVATE ${ROOM_OPTIONS})
   if(ROOM_OPTIONS)
     target_precompile_headers(quorvane_${name} PRIVATE ${QUORVANE_COMMON_HEADERS})
   else()
-    target_precompile_headers(quorvane_${name} REUSE_FROM ${headers})
+    load_headers(quorvane_${name} quorvane_room_headers "${ROOM_WX}")
   endif()
 endfunction()
 
 # quorvane_test(NAME [WX] SOURCES ... USES target ... [LABELS label ...] [TIMEOUT seconds])
 #
-# One GoogleTest program, run by ctest as one test a case (as one altogether in a cross build). WX as for rooms. Those with the label
-# threads are run with the thread sanitizer too; the target quorvane_thread_tests builds all of these.
+# One GoogleTest program, run by ctest as one test a case (as one altogether in a cross build). WX as for rooms. Those
+# with the label threads are run with the thread sanitizer too; the target quorvane_thread_tests builds all of these.
 function(quorvane_test name)
   cmake_parse_arguments(TEST "WX" "TIMEOUT" "SOURCES;USES;LABELS" ${ARGN})
   if(NOT TEST_TIMEOUT)
@@ -73,14 +79,10 @@ function(quorvane_test name)
     math(EXPR TEST_TIMEOUT "${TEST_TIMEOUT} * 3")
   endif()
 
-  set(headers quorvane_test_headers)
-  if(TEST_WX)
-    set(headers quorvane_test_headers_wx)
-  endif()
   add_executable(${name} ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE quorvane_options ${TEST_USES} GTest::gmock_main GTest::gtest)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
-  target_precompile_headers(${name} REUSE_FROM ${headers})
+  load_headers(${name} quorvane_test_headers "${TEST_WX}")
   if(NOT TARGET quorvane_thread_tests)
     add_custom_target(quorvane_thread_tests)
   endif()
