@@ -5,7 +5,7 @@
 # for each kind of target, with and without wxWidgets; where they do not match, -Winvalid-pch fails the build. Nothing
 # depends on it: a source includes what it uses, and CMAKE_DISABLE_PRECOMPILE_HEADERS gives the same programs.
 #
-# Programs and libraries differ in how their code can be moved; options of a room of its own give it headers of its own.
+# Programs are compiled with -fPIE, libraries with -fPIC. A room with options of its own compiles the headers itself.
 function(quorvane_headers name)
   cmake_parse_arguments(HEADERS "" "KIND" "HEADERS;USES" ${ARGN})
   set(source ${CMAKE_SOURCE_DIR}/cmake/NoProgram.cpp)
