@@ -60,8 +60,7 @@ class Bench {
   double RunFull(bool sun) {
     scene_.SetSun(
         RenderLight::Directional(Vec3(1, 1, 1), sun ? Vec3(-kTowardsSun) : Vec3(0, 0, 0)));
-    engine_.StartRender(camera_, ModeStill, false);
-    engine_.WaitUntilDone(std::nullopt);
+    Run(ModeStill);
     return engine_.Times().base;
   }
 
@@ -83,10 +82,11 @@ class Bench {
   const RenderCamera& camera() const { return camera_; }
 
  private:
-  // The antialiasing pass that follows is not looked at.
+  // An antialiasing pass that would follow is not looked at.
   void PassDone() {
     passEnd_ = platform::NowSeconds();
     if (recorder_ != nullptr) recorder_->Finish();
+    engine_.AbandonRender();
   }
 
   double Run(RenderMode mode) {
@@ -134,34 +134,37 @@ struct ShadowFigures {
 };
 
 // A pass takes several times as long as its shadow rays, so that the difference of two passes is as
-// noisy as the machine: it is taken from pairs that follow each other, in turns either of them
-// first, and many of them.
-ShadowFigures MeasureShadows(Bench& bench, int pairs) {
+// noisy as the machine: it is taken from runs that follow each other, in turns either of them
+// first, and many times. The ratio is that of the median cost, whose bounds may be 0 or less.
+ShadowFigures MeasureShadows(Bench& bench, int rounds) {
   RecordedOcclusion recorded(bench.scene(), bench.FootprintScale());
   bench.RecordFull(recorded);
-  std::vector<double> within, bare;
+  std::vector<double> within, bare, cost;
   BareRun run;
-  for (int i = 0; i < pairs; ++i) {
+  for (int i = 0; i < rounds; ++i) {
     const bool sunFirst = i % 2 == 0;
     const double first = bench.RunFull(sunFirst);
     const double second = bench.RunFull(!sunFirst);
-    within.push_back(sunFirst ? first - second : second - first);
     run = recorded.Run(bench.threads());
+    within.push_back(sunFirst ? first - second : second - first);
     bare.push_back(run.seconds);
+    cost.push_back(within.back() / bare.back());
   }
   const auto rays = static_cast<double>(run.rays);
-  const Median seconds = MedianOf(within);
-  const double bareSeconds = Quantile(bare, 0.5);
-  return {rays / seconds.value,
-          rays / bareSeconds,
-          {bareSeconds / seconds.value, bareSeconds / seconds.high, bareSeconds / seconds.low}};
+  const auto inverse = [](double v) {
+    return v > 0 ? 1 / v : std::numeric_limits<double>::infinity();
+  };
+  const Median costs = MedianOf(cost);
+  return {rays * inverse(Quantile(within, 0.5)),
+          rays / Quantile(bare, 0.5),
+          {inverse(costs.value), inverse(costs.high), inverse(costs.low)}};
 }
 
 }  // namespace
 
 RenderFigures MeasureRendering(const BenchScene& scene, int width, int height, int runs) {
   constexpr int kFullRuns = 4;
-  constexpr int kShadowPairs = 100;
+  constexpr int kShadowRounds = 100;
   Bench bench(scene, width, height);
   Shortest preview, intersect, compose;
   BareRun bare;
@@ -172,7 +175,7 @@ RenderFigures MeasureRendering(const BenchScene& scene, int width, int height, i
     compose.Add(bench.RunCompose());
   }
   const auto primary = static_cast<double>(bare.rays);
-  const ShadowFigures shadows = MeasureShadows(bench, kShadowPairs);
+  const ShadowFigures shadows = MeasureShadows(bench, kShadowRounds);
   const FullFigures withOcclusion = MeasureFull(bench, kFullRuns);
   RenderFigures figures;
   figures.previewRate = primary / preview.seconds;

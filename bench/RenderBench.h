@@ -14,7 +14,7 @@ struct RenderFigures {
   double shadowRate = 0;    // sun shadow rays a second: PassFull with the sun less PassFull with a
                             // sun that lights nothing
   double bareOccludedRate = 0;
-  Median shadowRatio;  // of pairs of runs that followed each other
+  Median shadowRatio;  // by rounds; infinite where noise hides what the rays cost
   double fullRate =
       0;  // all occlusion rays a second of PassFull with ambient occlusion, the whole pass counted
   double bareFullRate = 0;

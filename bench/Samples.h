@@ -13,8 +13,8 @@ struct Median {
   double low = 0, high = 0;  // with a probability of about 95 % the true one lies between
 };
 
-// Bounds from the values in order, which know nothing of how they spread: the ranks around the
-// middle by two deviations of a binomial count (Conover, Practical Nonparametric Statistics).
+// Of ten values or more, independent of each other; how they spread does not matter (Conover,
+// Practical Nonparametric Statistics, confidence interval for a quantile).
 Median MedianOf(const std::vector<double>& values);
 
 }  // namespace qv::bench

@@ -1,2 +1,2 @@
-// What a target that only compiles headers needs to be one.
+// The source of targets that are there for their headers only.
 int main() {}

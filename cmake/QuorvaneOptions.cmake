@@ -19,8 +19,12 @@ add_library(quorvane_options INTERFACE)
 target_compile_features(quorvane_options INTERFACE cxx_std_20)
 target_compile_options(quorvane_options INTERFACE -Wall -Wextra -Werror)
 # The standard library switches these off for its strings by pragmas, which GCC forgets in precompiled headers.
-target_compile_options(quorvane_options INTERFACE
-  $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds;-Wno-stringop-overflow;-Wno-stringop-overread>)
+set(loads_headers
+  $<OR:$<BOOL:$<TARGET_PROPERTY:PRECOMPILE_HEADERS>>,$<BOOL:$<TARGET_PROPERTY:PRECOMPILE_HEADERS_REUSE_FROM>>>)
+if(NOT CMAKE_DISABLE_PRECOMPILE_HEADERS)
+  target_compile_options(quorvane_options INTERFACE
+    $<$<AND:$<CXX_COMPILER_ID:GNU>,${loads_headers}>:-Wno-array-bounds;-Wno-stringop-overflow;-Wno-stringop-overread>)
+endif()
 target_include_directories(quorvane_options INTERFACE ${CMAKE_SOURCE_DIR}/src)
 if(QUORVANE_SANITIZE)
   target_compile_options(quorvane_options INTERFACE

@@ -83,9 +83,12 @@ unpack_source() {
   tar -C "$folder" --one-top-level=source --strip-components=1 -xf "$archive"
 }
 
-# Builds one library into its place. Called with the lock of the library held.
-make_one() {
-  local name=$1 folder=$2 started=$SECONDS
+# build_library NAME: builds one library into its place, unless it is there; those that it needs are. Called with the lock
+# of the cache held.
+build_library() {
+  local name=$1 started=$SECONDS folder
+  folder=$(library_folder "$name")
+  [[ ! -d $folder ]] || return 0
   local work="$cache/building/${folder##*/}"
   rm -rf "$work"
   mkdir -p "$work"
@@ -121,43 +124,44 @@ make_parts() (
   make_library
 )
 
-# build_library NAME: builds one library, unless it is there; those that it needs are, and Debian's lists.
-build_library() {
-  local folder
-  folder=$(library_folder "$1")
-  (
-    flock 9
-    [[ -d $folder ]] || make_one "$1" "$folder"
-  ) 9>"$cache/$1.lock"
-}
-
 # Prints for make which libraries are built after which others.
 library_plan() {
-  local name
+  local name needs
   printf '.PHONY: all %s\nall: %s\n' "${windows_libraries[*]}" "${windows_libraries[*]}"
   for name in "${windows_libraries[@]}"; do
-    printf '%s: %s\n\t@"%s/tools/windows" library %s\n' "$name" "$(recipe_value "$name" needs | xargs)" "$root" "$name"
+    needs=$(recipe_value "$name" needs) || return
+    printf '%s: %s\n\t@"%s/tools/windows" library %s\n' "$name" "${needs//$'\n'/ }" "${root//$/$$}" "$name"
   done
+}
+
+missing_library() {
+  local name
+  for name in "${windows_libraries[@]}"; do
+    [[ -d $(library_folder "$name") ]] || return 0
+  done
+  return 1
 }
 
 # Sees to it that all libraries are there and puts them together in one folder.
 make_libraries() {
-  local name folder missing=0
+  local name folder plan
   local folders=()
+  mkdir -p "$cache"
+  if missing_library; then
+    plan=$(library_plan) || fail "could not read the recipes of the libraries"
+    (
+      flock 9
+      missing_library || exit 0
+      make_source_lists
+      # Two at a time: fetching and configuring keep one core busy at most.
+      make --no-print-directory --jobs 2 --file - <<<"$plan" || fail "not all libraries are there"
+    ) 9>"$cache/lock" || exit 1
+  fi
   for name in "${windows_libraries[@]}"; do
     folder=$(library_folder "$name")
     folders+=("$folder")
-    [[ -d $folder ]] || missing=1
-  done
-  mkdir -p "$cache"
-  if [[ $missing -eq 1 ]]; then
-    make_source_lists
-    # Two at a time: fetching and configuring keep one core busy at most.
-    library_plan | make --no-print-directory --jobs 2 --file - || fail "not all libraries are there"
-  fi
-  for folder in "${folders[@]}"; do
     [[ ! -e $folder.unpatched ]] ||
-      say "  ${folder##*/} is without Debian's patches, which could not be had; to try again, remove $folder"
+      say "  $name is without Debian's patches, which could not be had; to try again, remove $folder"
   done
   merge_libraries "${folders[@]}"
 }

@@ -44,7 +44,7 @@ float Dither(int column, int row) {
 }
 
 // Red, green, blue in bytes, not yet rounded, over the sine of the elevation from -1 to 1. Bare
-// numbers: three million pixels are looked up here before anything is shown.
+// numbers, since a sanitizer looks at each use of a vector, of which there would be millions.
 using Table = std::array<float, std::size_t{3} * (kTableSize + 1)>;
 
 Table MakeTable() {

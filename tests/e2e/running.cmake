@@ -1,7 +1,7 @@
-# Read by ctest after the cases of e2e_tests. The longest begin first, so that at the end of a run none is left alone. The
-# windows' library parses its style sheets by functions that check the whole rest of the text at each call if they are
-# told to be strict, a good part of the time of each viewer; the other tests have this check of the address sanitizer.
+# Read by ctest after the cases of e2e_tests. The windows' library parses its style sheets by functions that check the whole
+# rest of the text at each call if they are told to be strict, a good part of the time of each viewer; the other tests have
+# this check of the address sanitizer.
 if(e2e_tests_cases)
-  set_tests_properties(${e2e_tests_cases} PROPERTIES COST 100
+  set_tests_properties(${e2e_tests_cases} PROPERTIES
     ENVIRONMENT_MODIFICATION ASAN_OPTIONS=string_append::strict_string_checks=0)
 endif()

@@ -147,9 +147,11 @@ struct Stage {
       pixels.resize(std::size_t{4} * sky::CubeFaces::kFaceSize * sky::CubeFaces::kFaceSize);
       std::uint8_t* at = pixels.data();
       for (int i = 0; i < sky::CubeFaces::kFaceSize * sky::CubeFaces::kFaceSize; ++i) {
+        const auto column = static_cast<std::uint8_t>(i % sky::CubeFaces::kFaceSize / 8);
+        const auto row = static_cast<std::uint8_t>(i / sky::CubeFaces::kFaceSize / 8);
         *at++ = static_cast<std::uint8_t>(100 + 20 * face);
-        *at++ = static_cast<std::uint8_t>(i / sky::CubeFaces::kFaceSize / 8);
-        *at++ = static_cast<std::uint8_t>(i % sky::CubeFaces::kFaceSize / 8);
+        *at++ = row;
+        *at++ = column;
         *at++ = 255;
       }
     }

@@ -6,9 +6,14 @@ needs=()
 make_library() {
   # GCC is known by its name; CMake knows no front-end variant for it.
   edit CMakeLists.txt 's/ELSEIF\(\$\{CMAKE_CXX_COMPILER_FRONTEND_VARIANT\} MATCHES "GNU"\)/ELSEIF(CMAKE_CXX_COMPILER_ID MATCHES "GNU")/'
-  # The resources are in UTF-16, which windres does not read. What intersects and builds curves takes most of
-  # the time, and is compiled even where curves are switched off and nothing calls it.
-  edit kernels/CMakeLists.txt '/^ *embree\.rc$/d' '/^ *geometry\/curve_intersector_virtual_/d' '/^ *bvh\/bvh_builder_hair/d'
+  # In UTF-16, which windres does not read.
+  edit kernels/CMakeLists.txt '/^ *embree\.rc$/d'
+  # The kernels of other geometries take nearly half of the time; they are compiled even where these are switched off and
+  # nothing calls them.
+  edit kernels/CMakeLists.txt \
+    '/^ *common\/scene_(user_geometry|instance|quad_mesh|curves|line_segments|grid_mesh|points)\.cpp *$/d' \
+    '/^ *subdiv\/[a-z]+_curve\.cpp$/d' '/^ *bvh\/bvh_builder_hair(_mb)?\.cpp$/d' \
+    '/^ *geometry\/(instance_intersector|curve_intersector_virtual_[a-z0-9_]+)\.cpp$/d'
   # Not in Debian's source.
   edit common/cmake/package.cmake 's/^(INSTALL\(FILES .*readme\.pdf".*) COMPONENT lib\)/\1 COMPONENT lib OPTIONAL)/'
   cmake_library "$src" -DEMBREE_STATIC_LIB=ON -DEMBREE_ISPC_SUPPORT=OFF -DEMBREE_TUTORIALS=OFF \

@@ -1,7 +1,5 @@
 #include "WindowPlace.h"
 
-#include <utility>
-
 namespace qv {
 namespace {
 
@@ -26,7 +24,6 @@ WindowPlace::~WindowPlace() {
 
 void WindowPlace::Put(const wxRect& normal, bool maximized) {
   normal_ = normal;
-  wasMaximized_ = maximized;
   window_->SetSize(normal);
   reached_ = window_->IsShown();
   if (maximized) window_->Maximize();
@@ -47,7 +44,8 @@ void WindowPlace::PutAgain() {
   // Maximised it stays as it is, until the user wants its normal size back.
   if (!window_ || reached_ || window_->IsMaximized() || window_->IsIconized()) return;
   reached_ = true;
-  if (std::exchange(wasMaximized_, false)) window_->SetSize(normal_);
+  // One that was maximised has lost it; others, too, have been seen to come up at their least size.
+  window_->SetSize(normal_);
   // Window managers do not always tell where they have put a window, and one that believes to be in
   // its place already is only moved by way of another.
   window_->Move(normal_.x + 1, normal_.y);

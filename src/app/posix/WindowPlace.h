@@ -8,8 +8,8 @@
 namespace qv {
 
 // Brings a top-level window to its place: the part of that which depends on the windowing system.
-// This is the one for systems with window managers. They put a new window where they like, and a
-// window that comes up maximised loses the size that it had before.
+// This is the one for systems with window managers. They put a new window where they like, and
+// not always at the size that was asked for.
 class WindowPlace {
  public:
   explicit WindowPlace(wxTopLevelWindow& window);
@@ -29,7 +29,6 @@ class WindowPlace {
 
   wxWeakRef<wxTopLevelWindow> window_;
   wxRect normal_;
-  bool wasMaximized_ = false;
   bool reached_ = true;
   wxTimer settled_;
 };

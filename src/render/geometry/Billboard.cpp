@@ -1,7 +1,8 @@
 #include "render/geometry/Billboard.h"
 
-#include <Eigen/Geometry>
 #include <algorithm>
+
+#include "core/Rotation.h"
 
 namespace qv {
 namespace {
@@ -52,8 +53,7 @@ void Billboard::Update(RTCScene scene, const Vec3& viewDirection) {
 
 // Always from the untouched arrays, so that no error accumulates.
 void Billboard::Turn(const Vec3& towardsCamera) {
-  const Eigen::Matrix3f turn =
-      Eigen::Quaternionf::FromTwoVectors(frontAxis_, towardsCamera).toRotationMatrix();
+  const Eigen::Matrix3f turn = RotationBetween(frontAxis_, towardsCamera).toRotationMatrix();
   for (std::size_t i = 0; i < vertexCount_; ++i) {
     const PaddedVec3& p = positions_[i];
     const Vec3 turned = turn * (Vec3(p.x, p.y, p.z) - pivot_) + pivot_;

@@ -38,7 +38,8 @@ std::vector<Vec3> DrawGlossy() {
   directions.reserve(SampleDirections::kGlossy);
   while (directions.size() < SampleDirections::kGlossy) {
     Vec3 v = DrawUpward(random);
-    // Most lie far outside of the cone, which is told without a root.
+    // Most lie so far outside of the cone that rounding cannot matter, which is told without a
+    // root.
     if (v.z() * v.z() < clearlyOutside * v.squaredNorm()) continue;
     const float length = v.norm();
     if (length > 0) v /= length;

@@ -1,5 +1,4 @@
-#include <Eigen/Geometry>
-
+#include "core/Rotation.h"
 #include "render/shade/LaneFill.h"
 #include "render/shade/ShadePacket.h"
 
@@ -25,8 +24,7 @@ bool MakeRound(const RayPacket& packet, int round, const Vec3* samples, RayPacke
       // A mirror needs one ray.
     } else if (kind > 1 && round <= kind - 2) {
       rays.throughput[lane] = packet.throughput[lane] / static_cast<float>(kind - 1);
-      direction = (Eigen::Quaternionf::FromTwoVectors(Vec3::UnitZ(), direction) * samples[lane])
-                      .normalized();
+      direction = (RotationBetween(Vec3::UnitZ(), direction) * samples[lane]).normalized();
     } else {
       continue;
     }

@@ -58,7 +58,12 @@ bool HasTitle(::Display* display, ::Window window, const std::string& title) {
   return None;
 }
 
-// Of the screen's 8 bits a channel.
+// Whether the screen has 8 bits a channel.
+bool HasBytes(const XImage& image) {
+  return std::popcount(image.red_mask) == 8 && std::popcount(image.green_mask) == 8 &&
+         std::popcount(image.blue_mask) == 8;
+}
+
 int Channel(unsigned long pixel, unsigned long mask) {
   return static_cast<int>((pixel & mask) >> std::countr_zero(mask));
 }
@@ -124,6 +129,10 @@ Screenshot ViewerWindow::Shoot() const {
   XImage* image = XGetImage(native_->display, native_->window, 0, 0, attributes.width,
                             attributes.height, AllPlanes, ZPixmap);
   if (!image) return {};
+  if (!HasBytes(*image)) {
+    XDestroyImage(image);
+    return {};
+  }
   Screenshot shot{attributes.width, attributes.height, {}};
   shot.pixels.reserve(static_cast<std::size_t>(shot.width) * static_cast<std::size_t>(shot.height));
   for (int y = 0; y < shot.height; ++y) {
