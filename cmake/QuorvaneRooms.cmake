@@ -42,7 +42,7 @@ if(QUORVANE_TESTS)
   endif()
 endif()
 
-function(load_headers target headers wx)
+function(quorvane_load_headers target headers wx)
   if(wx)
     string(APPEND headers _wx)
   endif()
