@@ -8,12 +8,19 @@ make_library() {
   edit CMakeLists.txt 's/ELSEIF\(\$\{CMAKE_CXX_COMPILER_FRONTEND_VARIANT\} MATCHES "GNU"\)/ELSEIF(CMAKE_CXX_COMPILER_ID MATCHES "GNU")/'
   # In UTF-16, which windres does not read.
   edit kernels/CMakeLists.txt '/^ *embree\.rc$/d'
-  # The kernels of other geometries take nearly half of the time; they are compiled even where these are switched off and
-  # nothing calls them.
+  # What the program does not use is compiled even where it is switched off, and would take most of the time: other
+  # geometries, motion blur, builders for other qualities than ours, rays in packets of four and in streams. Asked for
+  # all the same, it answers with an error, as it does for processors that cannot do it.
+  local left_out='TwoLevel|FastSpatial|MBSceneBuilder|Intersector4Hybrid|IntersectorStream' file
+  for file in bvh4_factory bvh8_factory; do
+    edit kernels/bvh/$file.cpp "s/SELECT_SYMBOL_\w+(\(features,\w*($left_out)\w*\))/INIT_SYMBOL\1/"
+  done
   edit kernels/CMakeLists.txt \
     '/^ *common\/scene_(user_geometry|instance|quad_mesh|curves|line_segments|grid_mesh|points)\.cpp *$/d' \
     '/^ *subdiv\/[a-z]+_curve\.cpp$/d' '/^ *bvh\/bvh_builder_hair(_mb)?\.cpp$/d' \
-    '/^ *geometry\/(instance_intersector|curve_intersector_virtual_[a-z0-9_]+)\.cpp$/d'
+    '/^ *geometry\/(instance_intersector|curve_intersector_virtual_[a-z0-9_]+)\.cpp$/d' \
+    's/^ *bvh\/bvh_builder_(twolevel|morton|sah_spatial|sah_mb)\.cpp//' 's/^ *common\/rtcore_builder\.cpp//' \
+    's/^ *bvh\/bvh_intersector_(hybrid4|stream)_bvh[48]\.cpp//'
   # Not in Debian's source.
   edit common/cmake/package.cmake 's/^(INSTALL\(FILES .*readme\.pdf".*) COMPONENT lib\)/\1 COMPONENT lib OPTIONAL)/'
   cmake_library "$src" -DEMBREE_STATIC_LIB=ON -DEMBREE_ISPC_SUPPORT=OFF -DEMBREE_TUTORIALS=OFF \
