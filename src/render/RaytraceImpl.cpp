@@ -27,11 +27,6 @@ int ThreadCountOf(const RaytraceImpl::Options& options) {
   return std::clamp(wanted, 1, kMostThreads);
 }
 
-int PacketWidthOf(const RaytraceImpl::Options& options) {
-  if (options.packetWidth > 0) return options.packetWidth;
-  return __builtin_cpu_supports("avx") && __builtin_cpu_supports("popcnt") ? 8 : 1;
-}
-
 // The ray library's device, released last.
 class Device {
  public:
@@ -46,6 +41,15 @@ class Device {
   Device& operator=(const Device&) = delete;
 
   RTCDevice get() const { return device_; }
+
+  // It has kernels for eight rays where the processor offers AVX with all that came before, and the
+  // system keeps its registers.
+  int PacketWidth() const {
+    const bool eight =
+        device_ != nullptr &&
+        rtcGetDeviceProperty(device_, RTC_DEVICE_PROPERTY_NATIVE_RAY8_SUPPORTED) != 0;
+    return eight ? 8 : 1;
+  }
 
  private:
   static std::string Configuration(const RaytraceImpl::Options& options) {
@@ -82,7 +86,7 @@ std::optional<RayHit> CastInto(const TraceTarget& target, const Vec3& origin,
 struct RaytraceImpl::Parts {
   explicit Parts(const Options& options)
       : device(options),
-        packetWidth(PacketWidthOf(options)),
+        packetWidth(options.packetWidth > 0 ? options.packetWidth : device.PacketWidth()),
         scene(device.get()),
         background(options.cubeMapFolder),
         engine(device.get(), scene, background, ThreadCountOf(options), packetWidth) {}

@@ -74,8 +74,8 @@ class RaytraceImpl {
   };
 
   struct Options {
-    int threadCount = 0;                       // 0: the number of processors, at most 32
-    int packetWidth = 0;                       // 0: 8 where the processor has AVX, else 1
+    int threadCount = 0;  // 0: the number of processors, at most 32
+    int packetWidth = 0;  // 0: 8 where the ray library has kernels for it (AVX), else 1
     std::filesystem::path cubeMapFolder = {};  // empty: a plain sky instead of cube maps
     // The ray library's name of the best instructions that it may use, such as "avx2"; empty: any.
     // Others find hits that lie closer together than their rounding in another order.

@@ -29,9 +29,10 @@ RenderCamera AlongY() {
 }
 
 TEST(Picking, FindsWhatAPixelShows) {
-  for (const int packetWidth : {1, 8}) {
-    RaytraceImpl::Options options;
-    options.packetWidth = packetWidth;
+  // By single rays, by packets, and as on a processor without AVX.
+  using Options = RaytraceImpl::Options;
+  for (const Options& options : {Options{.packetWidth = 1}, Options{.packetWidth = 8},
+                                 Options{.rayInstructions = "sse4.2"}}) {
     Renderer renderer(Wall(), 80, 40, options);
     renderer.Run(AlongY(), ModePreview);
     RayHit hit;

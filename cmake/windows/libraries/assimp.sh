@@ -3,12 +3,12 @@ source=assimp
 version=5.2.5
 needs=(zlib minizip)
 
-# The reader of IFC 2x3 makes an object of 23,000 sections, for which ld takes half a minute in each program; in parts it
-# takes seconds. The parts instantiate what the table of the schema points to.
+# The reader of IFC 2x3 makes an object of 23,000 sections, for which ld takes half a minute in each program, since its time
+# grows with their square; with six parts it takes seconds. They instantiate what the table of the schema points to.
 split_ifc_reader() {
   local ifc="$src/code/AssetLib/IFC" part list
   local construct='::Construct(const DB\&, const EXPRESS::LIST\&);'
-  grep -o 'ObjectHelper<Ifc\w*,[0-9]*>' "$ifc/IFCReaderGen1_2x3.cpp" | sort -u >"$work/entities"
+  grep -o 'ObjectHelper<Ifc\w*,[0-9]*>' "$ifc/IFCReaderGen1_2x3.cpp" | LC_ALL=C sort -u >"$work/entities"
   split -n r/6 "$work/entities" "$work/entities."
   for list in "$work"/entities.*; do
     part="IFCReaderGen1_2x3${list##*.}"

@@ -8,9 +8,10 @@ make_library() {
   edit CMakeLists.txt 's/ELSEIF\(\$\{CMAKE_CXX_COMPILER_FRONTEND_VARIANT\} MATCHES "GNU"\)/ELSEIF(CMAKE_CXX_COMPILER_ID MATCHES "GNU")/'
   # In UTF-16, which windres does not read.
   edit kernels/CMakeLists.txt '/^ *embree\.rc$/d'
-  # What the program does not use is compiled even where it is switched off, and would take most of the time: other
-  # geometries, motion blur, builders for other qualities than ours, rays in packets of four and in streams. Asked for
-  # all the same, it answers with an error, as it does for processors that cannot do it.
+  # Without what the program never asks for, which would take half of the time: other geometries (compiled even where
+  # they are switched off), motion blur, builders for other qualities than ours, rays in packets of four and in streams.
+  # The library answers it with an error, as it does on processors that cannot do it; so packets of eight, which it takes
+  # apart where there is no AVX, are for those that have it.
   local left_out='TwoLevel|FastSpatial|MBSceneBuilder|Intersector4Hybrid|IntersectorStream' file
   for file in bvh4_factory bvh8_factory; do
     edit kernels/bvh/$file.cpp "s/SELECT_SYMBOL_\w+(\(features,\w*($left_out)\w*\))/INIT_SYMBOL\1/"
