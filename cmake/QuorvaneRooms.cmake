@@ -110,3 +110,15 @@ function(quorvane_test name)
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${labels_file})
   endif()
 endfunction()
+
+# quorvane_source_paths(SOURCES source ... PATHS NAME=path ...)
+#
+# Macros with paths, as strings, for these sources alone: all others of their target are compiled alike wherever the tree
+# lies, so that the compiler's cache knows them.
+function(quorvane_source_paths)
+  cmake_parse_arguments(GIVEN "" "" "SOURCES;PATHS" ${ARGN})
+  foreach(path ${GIVEN_PATHS})
+    string(REGEX REPLACE "=(.*)" "=\"\\1\"" definition "${path}")
+    set_property(SOURCE ${GIVEN_SOURCES} APPEND PROPERTY COMPILE_DEFINITIONS "${definition}")
+  endforeach()
+endfunction()

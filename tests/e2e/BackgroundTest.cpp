@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "e2e/support/Looks.h"
+#include "e2e/support/Programs.h"
 #include "e2e/support/Typing.h"
 #include "e2e/support/ViewerTest.h"
 #include "sky/CubeMaps.h"
@@ -64,7 +65,7 @@ class Background : public ViewerTest {
 };
 
 TEST_F(Background, IsThatOfThePropertyAndGoesBackToTheHost) {
-  const auto folder = sky::CubeMapFolder(std::filesystem::path(QUORVANE_VIEWER).parent_path());
+  const auto folder = sky::CubeMapFolder(std::filesystem::path(ViewerProgram()).parent_path());
   const auto names = sky::ListCubeMaps(folder);
   ASSERT_GE(names.size(), 2u);
   const auto last = static_cast<std::int32_t>(names.size()) - 1;

@@ -4,6 +4,7 @@
 
 #include "e2e/support/Looks.h"
 #include "e2e/support/Processes.h"
+#include "e2e/support/Programs.h"
 #include "e2e/support/Settings.h"
 #include "e2e/support/ViewerTest.h"
 #include "platform/ChildProcess.h"
@@ -119,7 +120,7 @@ TEST_F(Close, ViewerOutlivesAKilledHost) {
   const std::filesystem::path logFile = display_.folder() / "orphan.log";
   const ViewerLog log(logFile);
   auto host =
-      platform::ChildProcess::Start(QUORVANE_SCENE_HOST, {QUORVANE_VIEWER, logFile.string()});
+      platform::ChildProcess::Start(SceneHostProgram(), {ViewerProgram(), logFile.string()});
   ASSERT_TRUE(host);
   window_ = ViewerWindow::Find(kPatience);
   ASSERT_TRUE(window_);

@@ -2,6 +2,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "e2e/support/Programs.h"
 #include "e2e/support/Typing.h"
 #include "e2e/support/ViewerTest.h"
 #include "platform/ChildProcess.h"
@@ -70,7 +71,7 @@ class Presets : public ViewerTest {
     log_.Capture([this] {
       // From the middle, so that the walls fill the view.
       program_ = platform::ChildProcess::Start(
-          QUORVANE_HOST, {"--viewer", QUORVANE_VIEWER, "--eye", "0,0,0", "--target", "0,315,0",
+          HostProgram(), {"--viewer", ViewerProgram(), "--eye", "0,0,0", "--target", "0,315,0",
                           "--fov", "45", scene_.string()});
     });
     ASSERT_TRUE(program_);

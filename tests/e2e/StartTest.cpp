@@ -4,6 +4,7 @@
 
 #include "e2e/support/Looks.h"
 #include "e2e/support/Processes.h"
+#include "e2e/support/Programs.h"
 #include "e2e/support/ViewerTest.h"
 #include "platform/ChildProcess.h"
 
@@ -16,7 +17,7 @@ class Start : public ViewerTest {
  protected:
   ChildProcess Run(const std::vector<std::string>& arguments) {
     ChildProcess viewer;
-    log_.Capture([&] { viewer = ChildProcess::Start(QUORVANE_VIEWER, arguments); });
+    log_.Capture([&] { viewer = ChildProcess::Start(ViewerProgram(), arguments); });
     return viewer;
   }
 };

@@ -6,6 +6,8 @@
 #include <cmath>
 #include <filesystem>
 
+#include "e2e/support/Programs.h"
+
 namespace qv::e2e {
 namespace {
 
@@ -116,7 +118,7 @@ Area FindPicture(const Screenshot& shot) {
 std::optional<Point> FindTool(const Screenshot& shot, int bottom, const std::string& name) {
   constexpr double kAlike = 0.85;
   const std::filesystem::path images =
-      std::filesystem::path(QUORVANE_VIEWER).parent_path() / "images";
+      std::filesystem::path(ViewerProgram()).parent_path() / "images";
   const Template wanted = LoadTemplate(images / (name + ".png"));
   if (wanted.pixels.empty() || shot.height < bottom) return std::nullopt;
   std::vector<double> expected = OnGround(wanted, shot.At(shot.width - 4, bottom - 4));

@@ -8,6 +8,7 @@
 
 #include "e2e/support/Display.h"
 #include "e2e/support/Looks.h"
+#include "e2e/support/Programs.h"
 #include "e2e/support/Scenes.h"
 #include "e2e/support/TestHost.h"
 #include "e2e/support/ViewerLog.h"
@@ -32,7 +33,7 @@ class ViewerTest : public ::testing::Test {
 
   // Starts the viewer with a host, and finds its window.
   void StartViewer() {
-    host_ = TestHost::Start(QUORVANE_VIEWER, log_);
+    host_ = TestHost::Start(ViewerProgram(), log_);
     ASSERT_TRUE(host_);
     window_ = ViewerWindow::Find(kPatience);
     ASSERT_TRUE(window_);
